@@ -1,0 +1,113 @@
+// The port for the panel's window. It shows a tree of nodes, each a native control of the desktop,
+// and reports what the user did with them. Given a changed tree it touches only what differs: a
+// node with the same id and kind keeps its control, so focus, scroll place and reading place
+// survive.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "KestrowCore/Geometry.hpp"
+
+namespace kestrow {
+
+struct PanelNode;
+
+// All texts are plain text.
+struct PanelHeader {  // bold, regular size
+  std::string text;
+  bool operator==(const PanelHeader&) const = default;
+};
+struct PanelSectionTitle {  // bold, a point above the small size; wraps
+  std::string text;
+  bool operator==(const PanelSectionTitle&) const = default;
+};
+struct PanelLabel {  // wraps at the content width
+  enum class Style { primary, secondary };
+  std::string text;
+  Style style = Style::secondary;
+  double leftInset = 0;
+  bool operator==(const PanelLabel&) const = default;
+};
+struct PanelRadioButton {  // one of the radio buttons of its box; a long title ends in "…"
+  std::string title;
+  bool isOn = false;
+  bool operator==(const PanelRadioButton&) const = default;
+};
+struct PanelPopUp {
+  std::string label;  // what it chooses; shown before it
+  std::vector<std::string> items;
+  int selected = 0;
+  bool operator==(const PanelPopUp&) const = default;
+};
+struct PanelCheckBox {
+  std::string title;
+  bool isOn = false;
+  std::string status;  // a word after it; may be empty
+  bool operator==(const PanelCheckBox&) const = default;
+};
+struct PanelButton {
+  std::string title;
+  bool operator==(const PanelButton&) const = default;
+};
+struct PanelSeparator {
+  bool operator==(const PanelSeparator&) const = default;
+};
+struct PanelBox {  // a column of nodes
+  double spacing = 0;
+  std::vector<PanelNode> nodes;
+  bool operator==(const PanelBox&) const;
+};
+
+struct PanelNode {
+  std::string id;  // unique among its siblings; what events name
+  std::variant<PanelHeader, PanelSectionTitle, PanelLabel, PanelRadioButton, PanelPopUp,
+               PanelCheckBox, PanelButton, PanelSeparator, PanelBox>
+      kind;
+  bool operator==(const PanelNode&) const = default;
+};
+
+inline bool PanelBox::operator==(const PanelBox& other) const {
+  return spacing == other.spacing && nodes == other.nodes;
+}
+
+// What the surface tells the panel's controller. Outlives the surface. `id` is the node's.
+class PanelSurfaceClient {
+ public:
+  virtual ~PanelSurfaceClient() = default;
+  virtual void radioButtonPicked(const std::string& id) = 0;
+  virtual void popUpChanged(const std::string& id, int selected) = 0;
+  virtual void checkBoxToggled(const std::string& id, bool isOn) = 0;
+  virtual void buttonPressed(const std::string& id) = 0;
+  // A mouse button went down outside the program's windows, while the panel is open.
+  virtual void clickedOutside() = 0;
+  // The Escape key went down. True when the panel took it.
+  virtual bool escapePressed() = 0;
+  virtual void resignedKey() = 0;
+};
+
+// A borderless floating window that takes the keyboard, above everything, on every workspace.
+class PanelSurface {
+ public:
+  virtual ~PanelSurface() = default;
+
+  virtual void setContent(const PanelNode& root) = 0;
+  // The height that shows all content, at the panel's width.
+  virtual double fittingHeight() = 0;
+  virtual void setFrame(const Rect& frame) = 0;
+  virtual Rect frame() const = 0;
+
+  virtual bool isVisible() const = 0;
+  virtual bool isKey() const = 0;
+  virtual void showAndMakeKey() = 0;  // no control has the focus at first
+  virtual void orderOut() = 0;
+
+  // Outside clicks and the Escape key are watched between these two.
+  virtual void installMonitors() = 0;
+  virtual void removeMonitors() = 0;
+};
+
+}  // namespace kestrow

@@ -1,0 +1,41 @@
+// What a request and its answer are to the core, whatever carries them.
+#pragma once
+
+#include <chrono>
+#include <expected>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "KestrowCore/Task.hpp"
+
+namespace kestrow {
+
+enum class HttpMethod { get, post };
+
+struct HttpRequest {
+  HttpMethod method = HttpMethod::get;
+  std::string url;
+  std::vector<std::pair<std::string, std::string>> headers;
+  std::string body;
+  std::chrono::seconds timeout{20};  // for the whole request, from start to last byte
+  bool operator==(const HttpRequest&) const = default;
+};
+
+struct HttpResponse {
+  std::string body;
+  int status = 0;  // 0 when the answer was not an HTTP one
+  bool operator==(const HttpResponse&) const = default;
+};
+
+// The request got no answer: no network, a time-out, a broken or refused answer, or its cancelling.
+struct TransportError {
+  std::string description;
+  bool operator==(const TransportError&) const = default;
+};
+
+// Sends a request and gives its answer, on the main thread.
+using Transport = std::function<Task<std::expected<HttpResponse, TransportError>>(HttpRequest)>;
+
+}  // namespace kestrow

@@ -1,0 +1,11 @@
+# Warnings that every target of ours is built with. They are errors: a warning that may stay is a
+# warning that hides the next one.
+add_library(kestrow_warnings INTERFACE)
+target_compile_options(kestrow_warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor
+  -Wold-style-cast -Woverloaded-virtual -Wnull-dereference -Wextra-semi -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # GCC 12 reports false positives of these two inside the standard library at -O2.
+  target_compile_options(kestrow_warnings INTERFACE
+    -Wno-null-dereference -Wno-maybe-uninitialized -Wno-missing-field-initializers)
+endif()
