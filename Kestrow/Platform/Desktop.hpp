@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Kestrow/Platform/Canvas.hpp"
+#include "Kestrow/Platform/PanelSurface.hpp"
 #include "Kestrow/Platform/PillSurface.hpp"
 #include "KestrowCore/Geometry.hpp"
 #include "KestrowCore/ScreenGeometry.hpp"
@@ -31,6 +32,7 @@ class Desktop {
   virtual Subscription onScreensChanged(std::function<void()> action) = 0;
 
   virtual std::unique_ptr<PillSurface> makePillSurface(PillSurfaceClient& client) = 0;
+  virtual std::unique_ptr<PanelSurface> makePanelSurface(PanelSurfaceClient& client) = 0;
   virtual TextMeasurer& textMeasurer() = 0;
 
   virtual bool reduceMotion() const = 0;
