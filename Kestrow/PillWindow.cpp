@@ -67,6 +67,10 @@ void PillController::rebuild(bool animated) {
   window_->orderFront();
 }
 
+void PillController::setSharing(bool readable) {
+  if (window_) window_->setSharing(readable);
+}
+
 PillLayout PillController::grownDown(const PillLayout& layout, double amount) {
   return layout.map([amount](Rect rect) {
     return Rect{rect.x, rect.y - amount, rect.width, rect.height + amount};

@@ -40,6 +40,9 @@ class PillController {
   // the pill hidden, takes it away.
   void rebuild(bool animated);
 
+  // Whether screen captures may show the pill; nothing happens while there is no window.
+  void setSharing(bool readable);
+
   // Each rectangle longer by `amount` downwards, its top edge kept.
   static PillLayout grownDown(const PillLayout& layout, double amount);
 

@@ -10,6 +10,9 @@ namespace kestrow {
 struct PanelText {
   static constexpr const char* logEmpty = "No key moments yet";
   static constexpr const char* screenShareNote = "Some capture tools may still show it.";
+  // Instead, on desktops that leave no choice.
+  static constexpr const char* screenShareFixedNote =
+      "This desktop can't keep the pill out of screen shares.";
   static constexpr const char* hideNote = "Open Kestrow again to bring the pill back.";
 };
 

@@ -5,7 +5,6 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -25,15 +24,18 @@ struct PanelSectionTitle {  // bold, a point above the small size; wraps
   std::string text;
   bool operator==(const PanelSectionTitle&) const = default;
 };
-struct PanelLabel {  // wraps at the content width
-  enum class Style { primary, secondary };
+struct PanelLabel {  // small and secondary; wraps at the content width
   std::string text;
-  Style style = Style::secondary;
-  double leftInset = 0;
   bool operator==(const PanelLabel&) const = default;
+};
+struct PanelLines {  // lines of regular text, each wrapping; there may be thousands
+  std::string name;  // what assistive technology calls them
+  std::vector<std::string> lines;
+  bool operator==(const PanelLines&) const = default;
 };
 struct PanelRadioButton {  // one of the radio buttons of its box; a long title ends in "…"
   std::string title;
+  std::string detail;  // a secondary line under the title, which wraps; may be empty
   bool isOn = false;
   bool operator==(const PanelRadioButton&) const = default;
 };
@@ -47,6 +49,7 @@ struct PanelCheckBox {
   std::string title;
   bool isOn = false;
   std::string status;  // a word after it; may be empty
+  bool isEnabled = true;
   bool operator==(const PanelCheckBox&) const = default;
 };
 struct PanelButton {
@@ -56,7 +59,8 @@ struct PanelButton {
 struct PanelSeparator {
   bool operator==(const PanelSeparator&) const = default;
 };
-struct PanelBox {  // a column of nodes
+struct PanelBox {    // a column of nodes
+  std::string name;  // what assistive technology calls it; may be empty
   double spacing = 0;
   std::vector<PanelNode> nodes;
   bool operator==(const PanelBox&) const;
@@ -64,14 +68,14 @@ struct PanelBox {  // a column of nodes
 
 struct PanelNode {
   std::string id;  // unique among its siblings; what events name
-  std::variant<PanelHeader, PanelSectionTitle, PanelLabel, PanelRadioButton, PanelPopUp,
+  std::variant<PanelHeader, PanelSectionTitle, PanelLabel, PanelLines, PanelRadioButton, PanelPopUp,
                PanelCheckBox, PanelButton, PanelSeparator, PanelBox>
       kind;
   bool operator==(const PanelNode&) const = default;
 };
 
 inline bool PanelBox::operator==(const PanelBox& other) const {
-  return spacing == other.spacing && nodes == other.nodes;
+  return name == other.name && spacing == other.spacing && nodes == other.nodes;
 }
 
 // What the surface tells the panel's controller. Outlives the surface. `id` is the node's.
@@ -89,7 +93,8 @@ class PanelSurfaceClient {
   virtual void resignedKey() = 0;
 };
 
-// A borderless floating window that takes the keyboard, above everything, on every workspace.
+// A borderless floating window that takes the keyboard, above everything, on whichever workspace
+// the user is.
 class PanelSurface {
  public:
   virtual ~PanelSurface() = default;
@@ -97,8 +102,7 @@ class PanelSurface {
   virtual void setContent(const PanelNode& root) = 0;
   // The height that shows all content, at the panel's width.
   virtual double fittingHeight() = 0;
-  virtual void setFrame(const Rect& frame) = 0;
-  virtual Rect frame() const = 0;
+  virtual void setFrame(const Rect& frame) = 0;  // content that is taller scrolls
 
   virtual bool isVisible() const = 0;
   virtual bool isKey() const = 0;
