@@ -18,7 +18,7 @@ struct Rgb {
   double blue = 0;
 
   constexpr Rgb() = default;
-  constexpr Rgb(double red, double green, double blue) : red(red), green(green), blue(blue) {}
+  constexpr Rgb(double r, double g, double b) : red(r), green(g), blue(b) {}
   // From a 24-bit colour number, red first (0xRRGGBB); the top byte is ignored.
   constexpr explicit Rgb(std::uint32_t number)
       : red(((number >> 16U) & 0xFFU) / 255.0),
@@ -62,7 +62,7 @@ struct Customisation {
   AlertStyle alertStyle = AlertStyle::big;
 
   Customisation() = default;
-  Customisation(std::string themeTeamId, AlertStyle alertStyle);
+  Customisation(std::string themeId, AlertStyle style);
   explicit Customisation(const std::optional<std::map<std::string, std::string>>& stored);
 
   // The form kept in the state file: "theme" and "alertStyle".
