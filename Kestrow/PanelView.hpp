@@ -8,14 +8,13 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <vector>
 
+#include "Kestrow/PanelNodes.hpp"
 #include "Kestrow/PillWindow.hpp"
 #include "Kestrow/Platform/Desktop.hpp"
 #include "Kestrow/Platform/PanelSurface.hpp"
 #include "Kestrow/Platform/UserDefaults.hpp"
 #include "KestrowCore/Geometry.hpp"
-#include "KestrowCore/KeyMomentsLog.hpp"
 #include "KestrowCore/LocalStore.hpp"
 #include "KestrowCore/LoginItem.hpp"
 #include "KestrowCore/MatchPicker.hpp"
@@ -76,18 +75,6 @@ class PanelController : public PanelSurfaceClient {
   void resignedKey() override;
 
  private:
-  // What the panel shows, apart from its fixed texts.
-  struct Shown {
-    PanelNode matches;
-    PanelNode log;
-    int theme = 0;
-    int alertStyle = 0;
-    bool share = false;
-    bool hide = false;
-    LoginItemStatus login = LoginItemStatus::off;
-  };
-
-  PanelNode tree() const;
   void update();  // hands the tree to the surface, and fits the window to it while it is open
   void position();
 
@@ -100,7 +87,7 @@ class PanelController : public PanelSurfaceClient {
   std::function<void()> renderPill_;
   UserDefaults& defaults_;
   Desktop& desktop_;
-  Shown shown_;
+  PanelState shown_;
   std::unique_ptr<PanelSurface> surface_;
 };
 

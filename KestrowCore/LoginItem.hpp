@@ -37,7 +37,7 @@ class LaunchAgentFile {
 enum class LoginItemStatus { on, needsApproval, onFallback, off };
 
 bool isOn(LoginItemStatus status);
-const char* text(LoginItemStatus status);
+const char* statusText(LoginItemStatus status);  // "On", "Off", …
 bool showsLoginItemsButton(LoginItemStatus status);
 inline constexpr const char* loginItemsButtonText = "Open Login Items Settings…";
 

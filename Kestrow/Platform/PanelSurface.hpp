@@ -30,6 +30,7 @@ struct PanelLabel {  // small and secondary; wraps at the content width
 };
 struct PanelLines {  // lines of regular text, each wrapping; there may be thousands
   std::string name;  // what assistive technology calls them
+  double spacing = 0;
   std::vector<std::string> lines;
   bool operator==(const PanelLines&) const = default;
 };

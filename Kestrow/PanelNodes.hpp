@@ -1,0 +1,56 @@
+// What the panel shows, as a tree of nodes built from plain state.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "Kestrow/Platform/PanelSurface.hpp"
+#include "KestrowCore/KeyMomentsLog.hpp"
+#include "KestrowCore/LoginItem.hpp"
+#include "KestrowCore/MatchPicker.hpp"
+
+namespace kestrow {
+
+// What changes in the panel; its other texts are fixed.
+struct PanelState {
+  PanelNode matches;
+  PanelNode log;
+  int theme = 0;       // index in TeamTheme::palette()
+  int alertStyle = 0;  // index in allAlertStyles
+  bool share = false;
+  bool hide = false;
+  LoginItemStatus login = LoginItemStatus::off;
+  bool operator==(const PanelState&) const = default;
+};
+
+// The controls that the user can change something with. A match's radio button has the match's id.
+struct PanelId {
+  static constexpr std::string_view retry = "retry";
+  static constexpr std::string_view theme = "theme";
+  static constexpr std::string_view alertStyle = "alert-style";
+  static constexpr std::string_view share = "share";
+  static constexpr std::string_view hide = "hide";
+  static constexpr std::string_view login = "login";
+  static constexpr std::string_view loginItems = "login-items";
+  static constexpr std::string_view quit = "quit";
+};
+
+namespace panel_nodes {
+
+// Bytes of one text from the service that are shown. Nobody reads further, and laying out a text
+// of megabytes would hold up the program.
+inline constexpr std::size_t longestText = 4000;
+
+// The whole panel. `canExcludeFromCaptures` says whether the desktop leaves a choice about screen
+// shares; where it does not, the panel says so instead of promising.
+PanelNode tree(const PanelState& state, bool canExcludeFromCaptures);
+
+// The match picker. The radio button of `followedId` is on, whatever the rows say.
+PanelNode matches(const PickerState& state, const std::optional<std::string>& followedId);
+
+// The key moments, newest first.
+PanelNode log(const KeyMomentsLog& log);
+
+}  // namespace panel_nodes
+}  // namespace kestrow
