@@ -35,6 +35,10 @@ namespace text {
 std::vector<std::string_view> characters(std::string_view utf8);
 std::size_t characterCount(std::string_view utf8);
 
+// The first `count` user-perceived characters, or all when there are fewer. Costs what the prefix
+// costs, however long the text is.
+std::string_view prefix(std::string_view utf8, std::size_t count);
+
 // Without white space at both ends. `spacesAndTabs` keeps line breaks.
 enum class WhiteSpace { spacesAndTabs, withLineBreaks };
 std::string_view trimmed(std::string_view utf8, WhiteSpace which);
