@@ -1,0 +1,37 @@
+// The canvas on a QPainter. Turns the y axis; draws crisply at every scale.
+#pragma once
+
+#include <QPainter>
+#include <QPainterPath>
+
+#include "Kestrow/Platform/Canvas.hpp"
+#include "Kestrow/Qt/QtText.hpp"
+
+namespace kestrow::qt {
+
+class QtCanvas final : public Canvas {
+ public:
+  // The painter's origin is the top left corner of `bounds`, its unit a point, of `scale` pixels.
+  QtCanvas(QPainter& painter, const Rect& bounds, double scale);
+
+  void fill(const Path& path, const Color& color) override;
+  void fillGradient(const Path& path, const Color& start, const Color& end,
+                    double angleDegrees) override;
+  void stroke(const Path& path, const Color& color, double lineWidth) override;
+  void drawText(const AttributedText& text, Point origin) override;
+  void pushClip(const Path& path) override;
+  void popClip() override;
+  Size measure(const AttributedText& text) override { return measurer_.measure(text); }
+
+ private:
+  QPointF map(Point point) const;
+  QPainterPath map(const Path& path) const;
+  double snapped(double value) const;  // to the nearest pixel's edge
+
+  QPainter& painter_;
+  Rect bounds_;
+  double scale_;
+  QtTextMeasurer measurer_;
+};
+
+}  // namespace kestrow::qt

@@ -1,0 +1,57 @@
+// The pill's status dot: its picture, and its pulse, which repaints the dot's rectangle and nothing
+// else and runs only while somebody can see it.
+#pragma once
+
+#include <QEasingCurve>
+#include <QElapsedTimer>
+#include <QImage>
+#include <QPainter>
+#include <QRect>
+#include <QTimer>
+
+#include <functional>
+#include <optional>
+
+#include "Kestrow/Platform/PillSurface.hpp"
+
+namespace kestrow::qt {
+
+class QtDot {
+ public:
+  static constexpr int framesPerSecond = 20;
+
+  // `repaint` asks for the area to be painted again; it is called on every frame of the pulse.
+  explicit QtDot(std::function<void()> repaint);
+
+  // A pulse that goes on keeps its beat.
+  void show(const std::optional<DotAppearance>& dot);
+
+  // The pulse stands still while nobody sees it.
+  void setSeen(bool seen);
+  bool isRunning() const { return timer_.isActive(); }
+
+  // The area that it paints in, light included, in points from the top left of a surface of this
+  // height. Empty when there is no dot.
+  QRect area(double surfaceHeight) const;
+  void paint(QPainter& painter, double surfaceHeight, double scale);
+
+  // How far one beat has come after `sinceStart`: 0 at its start, 1 at the turn, 0 at its end.
+  double progress(Seconds sinceStart) const;
+
+ private:
+  void update();
+  void makePictures(double scale);
+  QPointF centre(double surfaceHeight) const;
+
+  std::function<void()> repaint_;
+  std::optional<DotAppearance> dot_;
+  bool seen_ = true;
+  QTimer timer_;
+  QElapsedTimer clock_;
+  QEasingCurve easing_{QEasingCurve::BezierSpline};
+  double picturesScale_ = 0;
+  QImage disc_;
+  QImage light_;
+};
+
+}  // namespace kestrow::qt

@@ -1,0 +1,92 @@
+#include "Kestrow/Qt/QtDot.hpp"
+
+#include <gtest/gtest.h>
+
+namespace kestrow::qt {
+namespace {
+
+DotAppearance liveDot() {
+  return {.frame = {12, 9, 6, 6},
+          .cornerRadius = 3,
+          .color = {{0.9, 0.1, 0.2}, 1},
+          .shadowColor = {{0.9, 0.1, 0.2}, 1},
+          .shadowRadius = 5,
+          .shadowOpacity = 1,
+          .pulses = true};
+}
+
+TEST(QtDot, OneBeatGoesThereAndBackInTwiceItsDuration) {
+  const QtDot dot([] {});
+  EXPECT_NEAR(dot.progress(Seconds(0)), 0, 1e-6);
+  EXPECT_NEAR(dot.progress(Seconds(0.4)), 0.5, 1e-3);
+  EXPECT_NEAR(dot.progress(Seconds(0.8)), 1, 1e-6);
+  EXPECT_NEAR(dot.progress(Seconds(1.2)), 0.5, 1e-3);
+  EXPECT_NEAR(dot.progress(Seconds(1.6)), 0, 1e-6);
+  EXPECT_NEAR(dot.progress(Seconds(16.4)), 0.5, 1e-3);
+}
+
+TEST(QtDot, ABeatIsSlowAtBothEnds) {
+  const QtDot dot([] {});
+  EXPECT_LT(dot.progress(Seconds(0.1)), 0.1 / 0.8);
+  EXPECT_GT(dot.progress(Seconds(0.7)), 0.7 / 0.8);
+}
+
+TEST(QtDot, RunsOnlyWhileItPulsesAndIsSeen) {
+  QtDot dot([] {});
+  EXPECT_FALSE(dot.isRunning());
+  dot.show(liveDot());
+  EXPECT_TRUE(dot.isRunning());
+  dot.setSeen(false);
+  EXPECT_FALSE(dot.isRunning());
+  dot.setSeen(true);
+  EXPECT_TRUE(dot.isRunning());
+  auto still = liveDot();
+  still.pulses = false;
+  dot.show(still);
+  EXPECT_FALSE(dot.isRunning());
+  dot.show(liveDot());
+  dot.show(std::nullopt);
+  EXPECT_FALSE(dot.isRunning());
+}
+
+TEST(QtDot, ItsAreaHoldsTheDotAndItsLight) {
+  QtDot dot([] {});
+  EXPECT_TRUE(dot.area(24).isEmpty());
+  dot.show(liveDot());
+  EXPECT_EQ(dot.area(24), QRect(15 - 11, 12 - 11, 22, 22));
+}
+
+TEST(QtDot, PaintsNothingOutsideItsArea) {
+  QtDot dot([] {});
+  dot.show(liveDot());
+  QImage picture(40, 24, QImage::Format_ARGB32_Premultiplied);
+  picture.fill(Qt::transparent);
+  QPainter painter(&picture);
+  dot.paint(painter, 24, 1);
+  painter.end();
+  const QRect area = dot.area(24);
+  EXPECT_GT(qAlpha(picture.pixel(15, 12)), 240);
+  for (int y = 0; y < picture.height(); ++y) {
+    for (int x = 0; x < picture.width(); ++x) {
+      EXPECT_TRUE(area.contains(x, y) || picture.pixel(x, y) == 0) << x << ' ' << y;
+    }
+  }
+}
+
+TEST(QtDot, AGreyDotHasNoLight) {
+  auto grey = liveDot();
+  grey.pulses = false;
+  grey.shadowOpacity = 0;
+  QtDot dot([] {});
+  dot.show(grey);
+  QImage picture(40, 24, QImage::Format_ARGB32_Premultiplied);
+  picture.fill(Qt::transparent);
+  QPainter painter(&picture);
+  dot.paint(painter, 24, 1);
+  painter.end();
+  EXPECT_EQ(picture.pixel(15, 4), 0U);
+  EXPECT_EQ(qAlpha(picture.pixel(15, 12)), 255);
+}
+
+}  // namespace
+}  // namespace kestrow::qt
