@@ -98,18 +98,22 @@ void addCustomisation(std::vector<PanelNode>& nodes, const PanelState& state) {
 
 void addPreferences(std::vector<PanelNode>& nodes, const PanelState& state,
                     bool canExcludeFromCaptures) {
-  nodes.push_back(node(PanelId::share, PanelCheckBox{.title = "Show in screen shares",
-                                                     .isOn = state.share || !canExcludeFromCaptures,
-                                                     .status = {},
-                                                     .isEnabled = canExcludeFromCaptures}));
-  nodes.push_back(label("share-note", canExcludeFromCaptures ? PanelText::screenShareNote
-                                                             : PanelText::screenShareFixedNote));
   nodes.push_back(
-      node(PanelId::hide, PanelCheckBox{.title = "Hide pill", .isOn = state.hide, .status = {}}));
-  nodes.push_back(label("hide-note", PanelText::hideNote));
+      node(PanelId::share,
+           PanelCheckBox{.title = "Show in screen shares",
+                         .isOn = state.share || !canExcludeFromCaptures,
+                         .status = {},
+                         .detail = canExcludeFromCaptures ? PanelText::screenShareNote
+                                                          : PanelText::screenShareFixedNote,
+                         .isEnabled = canExcludeFromCaptures}));
+  nodes.push_back(node(
+      PanelId::hide,
+      PanelCheckBox{
+          .title = "Hide pill", .isOn = state.hide, .status = {}, .detail = PanelText::hideNote}));
   nodes.push_back(node(PanelId::login, PanelCheckBox{.title = "Launch at login",
                                                      .isOn = isOn(state.login),
-                                                     .status = statusText(state.login)}));
+                                                     .status = statusText(state.login),
+                                                     .detail = {}}));
   if (showsLoginItemsButton(state.login)) {
     nodes.push_back(node(PanelId::loginItems, PanelButton{loginItemsButtonText}));
   }

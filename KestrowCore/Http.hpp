@@ -19,8 +19,7 @@ struct HttpRequest {
   std::string url;
   std::vector<std::pair<std::string, std::string>> headers;
   std::string body;
-  // For the whole request, from its start to the last byte of the answer.
-  std::chrono::milliseconds timeout = std::chrono::seconds(20);
+  std::chrono::seconds timeout{20};  // for the whole request, from start to last byte
   bool operator==(const HttpRequest&) const = default;
 };
 

@@ -49,7 +49,8 @@ struct PanelPopUp {
 struct PanelCheckBox {
   std::string title;
   bool isOn = false;
-  std::string status;  // a word after it; may be empty
+  std::string status;  // a word after the title; may be empty
+  std::string detail;  // a secondary line under the title, which wraps; may be empty
   bool isEnabled = true;
   bool operator==(const PanelCheckBox&) const = default;
 };

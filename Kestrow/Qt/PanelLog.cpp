@@ -1,0 +1,90 @@
+#include "Kestrow/Qt/PanelLog.hpp"
+
+#include <QAccessible>
+#include <QFontMetricsF>
+#include <QPaintEvent>
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+#include <variant>
+
+#include "Kestrow/Qt/PanelLook.hpp"
+#include "Kestrow/Qt/WrappedText.hpp"
+
+namespace kestrow::qt {
+
+namespace look = panel_look;
+
+LogLines::LogLines(QWidget* parent) : QWidget(parent), font_(look::font(look::regularSize)) {}
+
+void LogLines::apply(const PanelNode& node) {
+  const auto& log = std::get<PanelLines>(node.kind);
+  setAccessibleName(oneLine(log.name));
+  spacing_ = log.spacing;
+  if (log.lines == shown_) return;
+
+  // New moments come in at the top, so most lines stay as they were at the end, and keep what was
+  // measured of them.
+  const auto [fresh, old] =
+      std::mismatch(log.lines.rbegin(), log.lines.rend(), shown_.rbegin(), shown_.rend());
+  const auto kept = fresh - log.lines.rbegin();
+  std::vector<Line> lines;
+  lines.reserve(log.lines.size());
+  for (auto line = log.lines.begin(); line != log.lines.end() - kept; ++line) {
+    lines.push_back({.text = plainText(*line)});
+  }
+  std::move(lines_.end() - kept, lines_.end(), std::back_inserter(lines));
+  lines_ = std::move(lines);
+  shown_ = log.lines;
+  isMeasured_ = false;
+  update();
+  QAccessibleEvent changed(this, QAccessible::ObjectReorder);
+  QAccessible::updateAccessibility(&changed);
+}
+
+int LogLines::heightFor(int width) {
+  measure(width);
+  return height_;
+}
+
+void LogLines::measure(int width) {
+  if (isMeasured_ && measuredWidth_ == width) return;
+  const QFontMetricsF metrics(font_);
+  const int single = wrapped_text::height(QStringLiteral("x"), font_, width);
+  double y = 0;
+  for (auto& line : lines_) {
+    if (line.height < 0 || measuredWidth_ != width) {
+      const bool fits = !line.text.contains(QChar(QChar::LineSeparator)) &&
+                        metrics.horizontalAdvance(line.text) <= width - 1;
+      line.height = fits ? single : wrapped_text::height(line.text, font_, width);
+    }
+    line.y = static_cast<int>(y);
+    y += line.height + spacing_;
+  }
+  height_ = lines_.empty() ? 0 : static_cast<int>(std::ceil(y - spacing_));
+  measuredWidth_ = width;
+  isMeasured_ = true;
+}
+
+QRect LogLines::lineRect(int line) const {
+  const auto& at = lines_[static_cast<std::size_t>(line)];
+  return {0, at.y, width(), at.height};
+}
+
+int LogLines::lineAt(int y) const {
+  const auto after = std::ranges::upper_bound(lines_, y, {}, &Line::y);
+  return std::max(0, static_cast<int>(after - lines_.begin()) - 1);
+}
+
+void LogLines::paintEvent(QPaintEvent* event) {
+  measure(width());
+  QPainter painter(this);
+  painter.setPen(look::primaryText);
+  for (int i = lineAt(event->rect().top()); i < lineCount(); ++i) {
+    const QRect rect = lineRect(i);
+    if (rect.top() > event->rect().bottom()) break;
+    wrapped_text::draw(painter, lineText(i), font_, rect.topLeft(), width());
+  }
+}
+
+}  // namespace kestrow::qt
