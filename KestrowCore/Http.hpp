@@ -19,7 +19,8 @@ struct HttpRequest {
   std::string url;
   std::vector<std::pair<std::string, std::string>> headers;
   std::string body;
-  std::chrono::seconds timeout{20};  // for the whole request, from start to last byte
+  // For the whole request, from its start to the last byte of the answer.
+  std::chrono::milliseconds timeout = std::chrono::seconds(20);
   bool operator==(const HttpRequest&) const = default;
 };
 

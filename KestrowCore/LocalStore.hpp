@@ -31,6 +31,7 @@ struct StoreError {
     folder,            // the folder could not be made; `cause` says why
     encoding,          // the record can't be written as JSON (a text that is not UTF-8)
     fileWriteUnknown,  // the file could not be written or put in place
+    unreadable,        // the file is there, but can't be read; see updateReadable()
   };
   Kind kind = Kind::fileWriteUnknown;
   std::error_code cause;
@@ -58,6 +59,11 @@ class LocalStore {
   // Changes the record and saves it; gives the record as saved. `change` must not call the store.
   std::expected<StoredState, StoreError> update(const std::function<void(StoredState&)>& change);
 
+  // The same, except that a file that is there and can't be read is left alone: what the program
+  // notes by itself must not cost the user's choices, should the file be readable again later.
+  std::expected<StoredState, StoreError> updateReadable(
+      const std::function<void(StoredState&)>& change);
+
   // This installation's random id, made and saved on first use. When it can't be saved, an id is
   // given all the same, another one each time.
   std::string installId();
@@ -69,8 +75,11 @@ class LocalStore {
   std::expected<void, StoreError> setCustomisation(const Customisation& customisation);
 
  private:
+  std::optional<StoredState> unlockedRead() const;
   StoredState unlockedLoad() const;
   std::expected<void, StoreError> unlockedSave(const StoredState& state);
+  std::expected<StoredState, StoreError> unlockedUpdate(
+      StoredState state, const std::function<void(StoredState&)>& change);
 
   std::filesystem::path directory_;
   mutable std::mutex lock_;

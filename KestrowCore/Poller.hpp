@@ -70,10 +70,12 @@ class Poller {
   void follow(std::optional<std::string> id);
 
   // One poll now, in place of the one that waits. Ends when the answer has been taken or dropped.
+  // Whoever awaits it keeps the poller until then, or drops the task first.
   Task<void> pollNow();
 
  private:
   void scheduleNext();
+  void dropTimer();
 
   FollowState state_;
   bool isPaused_ = false;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <ostream>
+#include <sstream>
 #include <string>
 #include <variant>
 #include <vector>
@@ -165,6 +166,14 @@ inline void PrintTo(const Drawn::Call& call, std::ostream* out) {
   } else {
     *out << "unclip";
   }
+}
+
+// The call in words, numbers to six digits: equal for what would look equal.
+template <class T>
+std::string described(const T& value) {
+  std::ostringstream out;
+  PrintTo(value, &out);
+  return out.str();
 }
 
 }  // namespace kestrow
