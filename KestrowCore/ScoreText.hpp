@@ -15,6 +15,9 @@
 
 namespace kestrow {
 
+// A match's two sides by their short names: "MI v CSK".
+std::string pairing(const Match& match);
+
 struct ScoreLine {
   std::string team;
   std::int64_t runs = 0;

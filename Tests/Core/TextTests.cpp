@@ -15,9 +15,7 @@
 namespace kestrow {
 namespace {
 
-using std::chrono::April;
 using std::chrono::hours;
-using std::chrono::March;
 using std::chrono::microseconds;
 using std::chrono::minutes;
 using std::chrono::sys_days;
