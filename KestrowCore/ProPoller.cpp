@@ -1,6 +1,7 @@
 #include "KestrowCore/ProPoller.hpp"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 #include <variant>
 
@@ -11,8 +12,8 @@ ProPoller::ProPoller(Fetch fetch, LocalStore& store, Now now)
 
 ProPoller::ProPoller(ScoreClient client, LocalStore& store, Now now)
     : ProPoller(
-          [client = std::move(client)](std::string id, std::optional<std::int64_t> since) {
-            return client.keyEvents(std::move(id), since);
+          [client = std::move(client)](std::string_view id, std::optional<std::int64_t> since) {
+            return client.keyEvents(id, since);
           },
           store, std::move(now)) {}
 

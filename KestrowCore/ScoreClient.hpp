@@ -48,15 +48,15 @@ struct ScoreClient {
   Task<FeedResult<MatchesResponse>> matches() const;
 
   // One match: GET api/match?id=…
-  Task<FeedResult<MatchResponse>> match(std::string id) const;
+  Task<FeedResult<MatchResponse>> match(std::string_view id) const;
 
   // Key events of a match, those newer than `since` when it is given: GET
   // api/pro/match?id=…&since=…
-  Task<FeedResult<ProMatchResult>> keyEvents(std::string id,
+  Task<FeedResult<ProMatchResult>> keyEvents(std::string_view id,
                                              std::optional<std::int64_t> since) const;
 
   // Tells the service about this installation: POST api/install with the header x-install-id. Does
-  // nothing without an install id; every failure is ignored.
+  // nothing without an install id, or with one that a header can't hold; every failure is ignored.
   Task<void> reportInstall() const;
 
   // Decodes a whole answer: MatchesResponse, MatchResponse or ProMatchPayload.

@@ -1,0 +1,50 @@
+#include "KestrowCore/MatchCoding.hpp"
+
+#include <array>
+#include <utility>
+
+namespace kestrow {
+
+namespace {
+
+constexpr std::array<std::pair<MatchPhase, std::string_view>, 4> phaseTexts{{
+    {MatchPhase::live, "live"},
+    {MatchPhase::inningsBreak, "innings break"},
+    {MatchPhase::notStarted, "not started"},
+    {MatchPhase::finished, "finished"},
+}};
+
+}  // namespace
+
+std::string encode(const MatchesResponse& response) {
+  return json::encodeReplacing(response);
+}
+std::string encode(const MatchResponse& response) {
+  return json::encodeReplacing(response);
+}
+
+namespace json {
+
+std::optional<std::string> refuseUncountable(const std::optional<double>& overs) {
+  if (!overs || ballsInOvers(*overs)) return std::nullopt;
+  return "the balls in these overs can't be counted";
+}
+
+std::expected<Date, std::string> Text<Date>::parse(std::string_view text) {
+  if (const auto date = parseInternetDate(text)) return *date;
+  return std::unexpected("Bad date " + std::string(text));
+}
+
+std::expected<MatchPhase, std::string> Text<MatchPhase>::parse(std::string_view text) {
+  for (const auto& [phase, phaseText] : phaseTexts) {
+    if (phaseText == text) return phase;
+  }
+  return std::unexpected("unknown match phase \"" + std::string(text) + '"');
+}
+
+std::string Text<MatchPhase>::format(MatchPhase phase) {
+  return std::string(phaseTexts.at(static_cast<std::size_t>(phase)).second);
+}
+
+}  // namespace json
+}  // namespace kestrow
