@@ -39,20 +39,20 @@ LoginItemStatus LoginItem::status() const {
     case LoginServiceStatus::notFound:
       break;
   }
-  return agent_->isInstalled() ? LoginItemStatus::onFallback : LoginItemStatus::off;
+  return agent_ && agent_->isInstalled() ? LoginItemStatus::onFallback : LoginItemStatus::off;
 }
 
 LoginItemStatus LoginItem::setEnabled(bool enabled) {
   if (!enabled) {
     (void)service_->unregister();
-    (void)agent_->remove();
+    if (agent_) (void)agent_->remove();
     return status();
   }
   (void)service_->registerItem();
   switch (service_->status()) {
     case LoginServiceStatus::enabled:
       // An older launch agent would start the program a second time.
-      (void)agent_->remove();
+      if (agent_) (void)agent_->remove();
       return LoginItemStatus::on;
     case LoginServiceStatus::requiresApproval:
       return LoginItemStatus::needsApproval;
@@ -60,6 +60,7 @@ LoginItemStatus LoginItem::setEnabled(bool enabled) {
     case LoginServiceStatus::notFound:
       break;
   }
+  if (!agent_) return LoginItemStatus::off;
   // The switch shows what the user chose, even where the file could not be written.
   (void)agent_->install();
   return LoginItemStatus::onFallback;

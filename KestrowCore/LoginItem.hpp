@@ -43,6 +43,7 @@ inline constexpr const char* loginItemsButtonText = "Open Login Items Settingsâ€
 
 class LoginItem {
  public:
+  // `agent` may be null: a desktop without a second way.
   LoginItem(std::unique_ptr<LoginService> service, std::unique_ptr<LaunchAgentFile> agent);
 
   LoginItemStatus status() const;

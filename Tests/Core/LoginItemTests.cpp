@@ -171,6 +171,18 @@ TEST_F(LoginItemTest, WhatCouldNotBeTurnedOffShows) {
   EXPECT_EQ(item.setEnabled(false), LoginItemStatus::onFallback);
 }
 
+TEST_F(LoginItemTest, WithoutASecondWayTheServiceAloneTells) {
+  LoginItem single(std::make_unique<Service>(desktop), nullptr);
+  desktop.serviceFails = true;
+  EXPECT_EQ(single.status(), LoginItemStatus::off);
+  EXPECT_EQ(single.setEnabled(true), LoginItemStatus::off);
+  desktop.serviceFails = false;
+  desktop.statusOnceRegistered = LoginServiceStatus::enabled;
+  EXPECT_EQ(single.setEnabled(true), LoginItemStatus::on);
+  desktop.statusOnceUnregistered = LoginServiceStatus::notRegistered;
+  EXPECT_EQ(single.setEnabled(false), LoginItemStatus::off);
+}
+
 TEST_F(LoginItemTest, OpensTheSystemsSettings) {
   item.openLoginItemsSettings();
   EXPECT_THAT(desktop.calls, ElementsAre("settings"));

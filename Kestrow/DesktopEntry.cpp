@@ -1,0 +1,127 @@
+#include "Kestrow/DesktopEntry.hpp"
+
+#include <cstddef>
+
+#include "KestrowCore/Text.hpp"
+
+namespace kestrow::desktop_entry {
+
+namespace {
+
+constexpr std::string_view mainGroup = "[Desktop Entry]";
+constexpr std::string_view expandedInQuotes = "\"`$\\";
+
+std::string_view trimmed(std::string_view line) {
+  return text::trimmed(line, text::WhiteSpace::withLineBreaks);
+}
+
+std::string unescaped(std::string_view value) {
+  std::string result;
+  for (std::size_t i = 0; i < value.size(); ++i) {
+    if (value[i] != '\\' || i + 1 == value.size()) {
+      result += value[i];
+      continue;
+    }
+    switch (value[++i]) {
+      case 's':
+        result += ' ';
+        break;
+      case 'n':
+        result += '\n';
+        break;
+      case 't':
+        result += '\t';
+        break;
+      case 'r':
+        result += '\r';
+        break;
+      case '\\':
+        result += '\\';
+        break;
+      default:
+        result += '\\';
+        result += value[i];
+    }
+  }
+  return result;
+}
+
+// Adds the character at `i` of an argument and moves past it: "%%" stands for a percent sign.
+void take(std::string& argument, std::string_view exec, std::size_t& i) {
+  argument += exec[i];
+  if (exec.substr(i, 2) == "%%") ++i;
+  ++i;
+}
+
+}  // namespace
+
+std::string value(std::string_view text) {
+  std::string result;
+  for (const char c : text) {
+    switch (c) {
+      case '\\':
+        result += "\\\\";
+        break;
+      case '\n':
+        result += "\\n";
+        break;
+      case '\r':
+        result += "\\r";
+        break;
+      case '\t':
+        result += "\\t";
+        break;
+      default:
+        result += c;
+    }
+  }
+  return result;
+}
+
+std::string exec(std::string_view program) {
+  std::string quoted = "\"";
+  for (const char c : program) {
+    if (expandedInQuotes.contains(c)) quoted += '\\';
+    if (c == '%') quoted += '%';
+    quoted += c;
+  }
+  quoted += '"';
+  return value(quoted);
+}
+
+Keys parse(std::string_view content) {
+  Keys keys;
+  bool isInMainGroup = false;
+  while (!content.empty()) {
+    const auto end = content.find('\n');
+    const auto line = trimmed(content.substr(0, end));
+    content.remove_prefix(end == std::string_view::npos ? content.size() : end + 1);
+    if (line.starts_with('[')) {
+      isInMainGroup = line == mainGroup;
+      continue;
+    }
+    const auto equals = line.find('=');
+    if (!isInMainGroup || line.starts_with('#') || equals == std::string_view::npos) continue;
+    keys.emplace(trimmed(line.substr(0, equals)), unescaped(trimmed(line.substr(equals + 1))));
+  }
+  return keys;
+}
+
+std::optional<std::string> program(std::string_view exec) {
+  exec = trimmed(exec);
+  std::string argument;
+  std::size_t i = 0;
+  if (!exec.starts_with('"')) {
+    while (i < exec.size() && exec[i] != ' ') take(argument, exec, i);
+  } else {
+    for (i = 1; i < exec.size() && exec[i] != '"';) {
+      if (exec[i] == '\\' && i + 1 < exec.size()) ++i;
+      take(argument, exec, i);
+    }
+    if (i >= exec.size()) return std::nullopt;
+  }
+  if (argument.empty()) return std::nullopt;
+  return argument;
+}
+
+}  // namespace kestrow::desktop_entry
