@@ -60,7 +60,7 @@ void Poller::resume() {
   if (isRunning_) tasks_.start(pollNow());
 }
 
-void Poller::follow(std::optional<std::string> id) {
+void Poller::follow(const std::optional<std::string>& id) {
   state_.follow(id);
   if (store_) (void)store_->setFollowedMatchId(id);
   if (onChange) onChange(state_);

@@ -67,7 +67,7 @@ class Poller {
 
   // Follows another match (or none), keeps that in the store, and polls at once when running; also
   // when the id is the same. A failed save is ignored.
-  void follow(std::optional<std::string> id);
+  void follow(const std::optional<std::string>& id);
 
   // One poll now, in place of the one that waits. Ends when the answer has been taken or dropped.
   // Whoever awaits it keeps the poller until then, or drops the task first.

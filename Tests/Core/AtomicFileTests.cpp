@@ -69,7 +69,7 @@ class FileSizeLimit {
 };
 
 class AtomicFileTest : public testing::Test {
- protected:
+ public:
   TemporaryFolder folder;
   std::filesystem::path file = folder.path() / "state.json";
 };

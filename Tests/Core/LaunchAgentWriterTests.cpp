@@ -13,7 +13,7 @@ namespace {
 using std::filesystem::perms;
 
 class LaunchAgentWriterTest : public testing::Test {
- protected:
+ public:
   TemporaryFolder folder;
   std::filesystem::path agents = folder.path() / "Library" / "LaunchAgents";
   LaunchAgentWriter writer{agents};

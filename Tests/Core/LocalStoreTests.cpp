@@ -19,7 +19,6 @@ namespace {
 
 using std::filesystem::perms;
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::MatchesRegex;
 
 using Ids = std::map<std::string, std::int64_t>;
@@ -28,7 +27,7 @@ using Texts = std::map<std::string, std::string>;
 void doNothing(StoredState& /*state*/) {}
 
 class LocalStoreTest : public testing::Test {
- protected:
+ public:
   std::vector<std::string> names() const {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(store.directory())) {
@@ -261,21 +260,21 @@ TEST_F(LocalStoreTest, ManyThreadsAtOnceLoseNothing) {
   constexpr int threadCount = 32;
   constexpr int updatesEach = 8;
   std::vector<std::string> installIds(threadCount);
-  {
-    std::vector<std::jthread> threads;
-    for (int number = 0; number < threadCount; ++number) {
-      threads.emplace_back([this, number, &installIds] {
-        installIds[static_cast<std::size_t>(number)] = store.installId();
-        for (int round = 0; round < updatesEach; ++round) {
-          (void)store.update([&](StoredState& state) {
-            if (!state.lastEventIdByMatch) state.lastEventIdByMatch.emplace();
-            ++(*state.lastEventIdByMatch)["all"];
-            ++(*state.lastEventIdByMatch)[std::to_string(number)];
-          });
-        }
-      });
-    }
+  std::vector<std::thread> threads;
+  threads.reserve(threadCount);
+  for (int number = 0; number < threadCount; ++number) {
+    threads.emplace_back([this, number, &installIds] {
+      installIds[static_cast<std::size_t>(number)] = store.installId();
+      for (int round = 0; round < updatesEach; ++round) {
+        (void)store.update([&](StoredState& state) {
+          if (!state.lastEventIdByMatch) state.lastEventIdByMatch.emplace();
+          ++(*state.lastEventIdByMatch)["all"];
+          ++(*state.lastEventIdByMatch)[std::to_string(number)];
+        });
+      }
+    });
   }
+  for (auto& thread : threads) thread.join();
   std::map<std::string, std::int64_t> expected{{"all", threadCount * updatesEach}};
   for (int number = 0; number < threadCount; ++number) {
     expected[std::to_string(number)] = updatesEach;

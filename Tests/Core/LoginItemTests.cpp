@@ -63,7 +63,7 @@ class Agent : public LaunchAgentFile {
 };
 
 class LoginItemTest : public testing::Test {
- protected:
+ public:
   Desktop desktop;
   LoginItem item{std::make_unique<Service>(desktop), std::make_unique<Agent>(desktop)};
 };

@@ -28,7 +28,7 @@ inline MatchesResponse live(std::vector<Match> matches) {
 }
 
 inline BoomEvent boom(std::int64_t id, BoomKind kind = BoomKind::six) {
-  return {.id = id, .kind = kind, .team = "MI", .batter = "R Sharma", .at = date(id * 1000)};
+  return {.id = id, .kind = kind, .team = "MI", .batter = "R Sharma", .at = date(id % 1000)};
 }
 
 inline std::vector<BoomEvent> booms(std::int64_t first, std::int64_t last) {
