@@ -180,7 +180,7 @@ std::string start_time_text::relative(Date date, Date now, const Calendar& calen
   const auto as = [&](std::string_view skeleton) {
     return text::formatDate(date, skeleton, calendar, locale);
   };
-  const std::string time = as("jmm");
+  std::string time = as("jmm");
   const std::int64_t days = text::daysBetween(now, date, calendar).value_or(0);
   if (days == 0) return time;
   if (days == 1) return "Tomorrow " + time;

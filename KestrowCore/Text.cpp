@@ -79,7 +79,7 @@ class CharacterWalk {
     if (prototype != nullptr) iterator_.reset(prototype->clone());
     UErrorCode error = U_ZERO_ERROR;
     if (iterator_ != nullptr) iterator_->setText(text_.get(), error);
-    if (U_FAILURE(error) != 0) iterator_.reset();
+    if (U_FAILURE(error)) iterator_.reset();
   }
 
   // The byte after the next character; the text's size at its end. Without ICU's data a code point
@@ -98,7 +98,7 @@ class CharacterWalk {
     UErrorCode error = U_ZERO_ERROR;
     std::unique_ptr<const icu::BreakIterator> made(
         icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), error));
-    return U_FAILURE(error) != 0 ? nullptr : std::move(made);
+    return U_FAILURE(error) ? nullptr : std::move(made);
   }
 
   Utf8Text text_;
@@ -128,7 +128,7 @@ std::unique_ptr<icu::Calendar> icuCalendar(const Calendar& calendar, icu::Locale
   error = U_ZERO_ERROR;
   std::unique_ptr<icu::Calendar> made(
       icu::Calendar::createInstance(zoneNamed(calendar.timeZone).release(), locale, error));
-  return U_FAILURE(error) != 0 ? nullptr : std::move(made);
+  return U_FAILURE(error) ? nullptr : std::move(made);
 }
 
 UDate icuDate(Date date) {
@@ -140,7 +140,7 @@ std::optional<std::int64_t> dayNumber(Date date, icu::Calendar& calendar) {
   UErrorCode error = U_ZERO_ERROR;
   calendar.setTime(icuDate(date), error);
   const std::int32_t day = calendar.get(UCAL_JULIAN_DAY, error);
-  if (U_FAILURE(error) != 0) return std::nullopt;
+  if (U_FAILURE(error)) return std::nullopt;
   return day;
 }
 
@@ -210,7 +210,7 @@ std::string hostZoneId() {
   std::int32_t raw = 0;
   std::int32_t daylight = 0;
   zone->getOffset(icu::Calendar::getNow(), 0, raw, daylight, error);
-  if (isKnown(*zone) && U_FAILURE(error) == 0 && (raw + daylight) / 1000 == offset) return id;
+  if (isKnown(*zone) && U_SUCCESS(error) && (raw + daylight) / 1000 == offset) return id;
   const long minutes = std::abs(offset) / 60;
   std::array<char, 48> custom{};
   const int length = std::snprintf(custom.data(), custom.size(), "GMT%c%02ld:%02ld",
@@ -229,7 +229,7 @@ Calendar Calendar::current() {
   UErrorCode error = U_ZERO_ERROR;
   const std::unique_ptr<icu::Calendar> calendar(
       icu::Calendar::createInstance(icuLocale(Locale::current()), error));
-  if (U_FAILURE(error) == 0) result.system = calendar->getType();
+  if (U_SUCCESS(error)) result.system = calendar->getType();
   result.timeZone = hostZoneId();
   return result;
 }
@@ -302,7 +302,7 @@ std::string formatDate(Date date, std::string_view skeleton, const Calendar& cal
   UErrorCode error = U_ZERO_ERROR;
   const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createInstanceForSkeleton(
       days.release(), icu::UnicodeString::fromUTF8(piece(skeleton)), icuLocale(locale), error));
-  if (U_FAILURE(error) != 0) return plainDate(date);
+  if (U_FAILURE(error)) return plainDate(date);
   icu::UnicodeString out;
   return utf8(format->format(icuDate(date), out));
 }
