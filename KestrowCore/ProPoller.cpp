@@ -52,6 +52,10 @@ void ProPoller::pause() {
   ++generation_;
 }
 
+void ProPoller::clockChanged() {
+  if (queue_.currentStart) queue_.currentStart = std::min(*queue_.currentStart, now_());
+}
+
 std::optional<BoomEvent> ProPoller::currentBoom() {
   return queue_.boom(now_());
 }

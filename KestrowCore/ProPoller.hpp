@@ -54,6 +54,10 @@ class ProPoller {
   // Drops an answer in flight.
   void pause();
 
+  // The wall clock was set. An alert that now would begin in the future begins now: it shows for
+  // its usual time, however far the clock was set back.
+  void clockChanged();
+
   // The alert to show now; moves the queue on.
   std::optional<BoomEvent> currentBoom();
 

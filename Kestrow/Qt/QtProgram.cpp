@@ -2,12 +2,30 @@
 
 #include <QApplication>
 #include <QByteArray>
+#include <QFile>
+#include <QFileInfo>
+#include <QString>
 
 #include "Kestrow/Qt/SingleInstance.hpp"
 
 namespace kestrow::qt {
+namespace {
+
+// Without an address the bus library would start a bus of its own, which outlives the program and
+// which nobody else is on. What a login session has besides the variable is the socket below; where
+// that is missing too, there is no session bus.
+void findSessionBus() {
+  constexpr auto variable = "DBUS_SESSION_BUS_ADDRESS";
+  if (!qEnvironmentVariableIsEmpty(variable)) return;
+  const QString socket = qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus");
+  qputenv(variable, QFileInfo::exists(socket) ? "unix:path=" + QFile::encodeName(socket)
+                                              : QByteArray("disabled:"));
+}
+
+}  // namespace
 
 void prepareProcess() {
+  findSessionBus();
   // Qt does not notice assistive technology that starts after the program.
   qputenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1");
   // Wayland gives no client a place at the screen's top edge; its X server does.

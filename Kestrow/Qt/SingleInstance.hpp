@@ -8,6 +8,7 @@
 #include <QVariantList>
 #include <QVariantMap>
 
+#include "KestrowCore/Identity.hpp"
 #include "KestrowCore/Subscription.hpp"
 
 namespace kestrow::qt {
@@ -19,7 +20,7 @@ class SingleInstance final : public QObject {
   Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
  public:
-  static constexpr const char* busName = "org.kestrow.Kestrow";
+  static constexpr const char* busName = identity::bundleIdentifier;
   static constexpr const char* objectPath = "/org/kestrow/Kestrow";
 
   explicit SingleInstance(QDBusConnection bus);

@@ -1,0 +1,80 @@
+#include "Kestrow/Qt/QtDesktop.hpp"
+
+#include <syslog.h>
+
+#include <QApplication>
+#include <QDBusConnection>
+#include <utility>
+
+#include "Kestrow/Qt/Announcer.hpp"
+#include "Kestrow/Qt/QtAccessiblePanel.hpp"
+#include "Kestrow/Qt/QtAccessiblePill.hpp"
+#include "Kestrow/Qt/QtPanelWindow.hpp"
+
+namespace kestrow::qt {
+
+QtDesktop::QtDesktop(SingleInstance& instance)
+    : instance_(instance),
+      session_(QDBusConnection::sessionBus(), QDBusConnection::systemBus()),
+      motion_(QDBusConnection::sessionBus()),
+      seenChanged_(session_.changed.subscribe([this] {
+        if (pill_) pill_->setScreenSeen(session_.isSeen());
+      })) {
+  installAccessiblePill();
+  installAccessiblePanel();
+}
+
+QtDesktop::~QtDesktop() = default;
+
+std::vector<Screen> QtDesktop::screens() const {
+  return ScreenWatcher::screens();
+}
+
+Subscription QtDesktop::onScreensChanged(std::function<void()> action) {
+  return screens_.changed.subscribe(std::move(action));
+}
+
+std::unique_ptr<PillSurface> QtDesktop::makePillSurface(PillSurfaceClient& client) {
+  auto window = std::make_unique<QtPillWindow>(client);
+  window->setScreenSeen(session_.isSeen());
+  pill_ = window.get();
+  return window;
+}
+
+std::unique_ptr<PanelSurface> QtDesktop::makePanelSurface(PanelSurfaceClient& client) {
+  return std::make_unique<QtPanelWindow>(client);
+}
+
+Subscription QtDesktop::onReduceMotionChanged(std::function<void()> action) {
+  return motion_.changed.subscribe(std::move(action));
+}
+
+void QtDesktop::announce(std::string_view text) {
+  qt::announce(text);
+}
+
+Subscription QtDesktop::onWillSleep(std::function<void()> action) {
+  return sleep_.willSleep.subscribe(std::move(action));
+}
+
+Subscription QtDesktop::onDidWake(std::function<void()> action) {
+  return sleep_.didWake.subscribe(std::move(action));
+}
+
+Subscription QtDesktop::onReopen(std::function<void()> action) {
+  return instance_.reopened.subscribe(std::move(action));
+}
+
+Subscription QtDesktop::onClockChanged(std::function<void()> action) {
+  return clock_.changed.subscribe(std::move(action));
+}
+
+void QtDesktop::log(std::string_view line) {
+  syslog(LOG_USER | LOG_INFO, "%.*s", static_cast<int>(line.size()), line.data());
+}
+
+void QtDesktop::quit() {
+  QApplication::quit();
+}
+
+}  // namespace kestrow::qt

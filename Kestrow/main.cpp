@@ -1,0 +1,38 @@
+// kestrow: composes the Linux desktop and the program, and runs the event loop.
+#include <QApplication>
+#include <QDBusConnection>
+#include <QFileInfo>
+#include <memory>
+
+#include "Kestrow/AppDelegate.hpp"
+#include "Kestrow/Qt/QtDesktop.hpp"
+#include "Kestrow/Qt/QtMainThread.hpp"
+#include "Kestrow/Qt/QtProgram.hpp"
+#include "Kestrow/Qt/QtUserDefaults.hpp"
+#include "Kestrow/Qt/SingleInstance.hpp"
+#include "Kestrow/XdgAutostart.hpp"
+#include "KestrowCore/UrlSession.hpp"
+
+using namespace kestrow;
+
+int main(int argumentCount, char** arguments) {
+  qt::prepareProcess();
+  const QApplication application(argumentCount, arguments);
+  qt::describeProgram();
+
+  qt::SingleInstance instance(QDBusConnection::sessionBus());
+  if (!instance.claim()) return 0;
+
+  qt::QtMainThread mainThread;
+  qt::QtUserDefaults defaults;
+  qt::QtDesktop desktop(instance);
+  const auto program = QFileInfo(QApplication::applicationFilePath()).filesystemFilePath();
+  AppDelegate delegate({.desktop = desktop,
+                        .defaults = defaults,
+                        .mainThread = mainThread,
+                        .transport = urlSessionTransport(std::make_shared<UrlSession>(mainThread)),
+                        .loginService = std::make_unique<XdgAutostart>(program),
+                        .launchAgent = nullptr});
+  delegate.applicationDidFinishLaunching();
+  return QApplication::exec();
+}

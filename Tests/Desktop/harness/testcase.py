@@ -1,0 +1,29 @@
+"""The base of the tests on a virtual display."""
+import sys
+import unittest
+
+from .session import Session
+
+
+class DesktopTest(unittest.TestCase):
+    """One session for each test. Where a test fails, the logs of its processes are told."""
+
+    def open_session(self, **options):
+        session = Session(**options)
+        self.addCleanup(self._close, session)
+        return session
+
+    def _close(self, session):
+        outcome = self._outcome
+        errors = [error for _, error in outcome.result.errors + outcome.result.failures
+                  if error] if hasattr(outcome, "result") else []
+        if errors:
+            for log in sorted(session.folder.glob("*.log")):
+                content = log.read_text(errors="replace")[-2000:]
+                if content:
+                    print(f"--- {log.name}\n{content}", file=sys.stderr)
+        session.end()
+
+
+def main():
+    unittest.main(module="__main__", verbosity=2)
