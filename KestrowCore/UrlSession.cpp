@@ -93,6 +93,10 @@ class UrlSession::Transfer {
     if (code != CURLE_OK) return std::unexpected(TransportError{describe(code)});
     long status = 0;
     curl_easy_getinfo(handle(), CURLINFO_RESPONSE_CODE, &status);
+    // To libcurl an answer that breaks off in its headers is one without a body.
+    if (!hasHeaders_ || status < 200) {
+      return std::unexpected(TransportError{"The answer broke off in its headers"});
+    }
     return HttpResponse{.body = std::move(body_), .status = static_cast<int>(status)};
   }
 
@@ -177,7 +181,7 @@ class UrlSession::Transfer {
   }
 
   // Called for each header line of every answer: interim ones, redirects and trailers too.
-  static std::size_t onHeader(const char* /*line*/, std::size_t /*one*/, std::size_t count,
+  static std::size_t onHeader(const char* bytes, std::size_t /*one*/, std::size_t count,
                               void* self) {
     auto& transfer = *static_cast<Transfer*>(self);
     if (count > transfer.options_.maxHeaderBytes - transfer.headerBytes_) {
@@ -185,6 +189,9 @@ class UrlSession::Transfer {
       return CURL_WRITEFUNC_ERROR;
     }
     transfer.headerBytes_ += count;
+    const std::string_view line(bytes, count);
+    if (line.starts_with("HTTP/")) transfer.hasHeaders_ = false;
+    if (line == "\r\n" || line == "\n") transfer.hasHeaders_ = true;
     return count;
   }
 
@@ -208,8 +215,9 @@ class UrlSession::Transfer {
   const Options& options_;
   std::string body_;
   std::size_t headerBytes_ = 0;
-  bool isSecure_ = false;  // the server asked last was one of https
-  std::string refusal_;    // why we ended it ourselves
+  bool hasHeaders_ = false;  // those of the answer last begun are whole
+  bool isSecure_ = false;    // the server asked last was one of https
+  std::string refusal_;      // why we ended it ourselves
   std::array<char, CURL_ERROR_SIZE> error_{};
   CURLcode setUp_ = CURLE_OK;
   std::unique_ptr<curl_slist, DeleteList> headers_;
