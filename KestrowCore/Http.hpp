@@ -4,6 +4,7 @@
 #include <chrono>
 #include <expected>
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,6 +24,10 @@ struct HttpRequest {
   std::chrono::milliseconds timeout = std::chrono::seconds(20);
   bool operator==(const HttpRequest&) const = default;
 };
+
+// Why a request must not be sent, if so: control characters in its URL or headers, or a header name
+// that is none, with which text from outside could smuggle in a header or a second request.
+std::optional<std::string> defect(const HttpRequest& request);
 
 struct HttpResponse {
   std::string body;

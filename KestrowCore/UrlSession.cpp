@@ -37,31 +37,6 @@ struct DeleteList {
   void operator()(curl_slist* list) const { curl_slist_free_all(list); }
 };
 
-// A header name is a token of RFC 9110; anything else could smuggle in a second header.
-bool isHeaderName(std::string_view name) {
-  constexpr std::string_view marks = "!#$%&'*+-.^_`|~";
-  return !name.empty() && std::ranges::all_of(name, [&](char c) {
-    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
-           marks.contains(c);
-  });
-}
-
-bool hasControls(std::string_view text) {
-  return std::ranges::any_of(text, [](char c) {
-    return (static_cast<unsigned char>(c) < 0x20 && c != '\t') || c == 0x7F;
-  });
-}
-
-// Says what is wrong with a request that must not be sent.
-std::optional<std::string> defect(const HttpRequest& request) {
-  if (hasControls(request.url)) return "The URL holds control characters";
-  for (const auto& [name, value] : request.headers) {
-    if (!isHeaderName(name)) return "A header has a name that is none";
-    if (hasControls(value)) return "The header " + name + " holds control characters";
-  }
-  return std::nullopt;
-}
-
 // Signals are for the main thread. SIGPIPE above all: a TLS connection that the server has closed
 // raises it on the thread that writes, and libcurl leaves it alone when told not to use signals.
 void blockSignals() {

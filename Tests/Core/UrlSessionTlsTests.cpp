@@ -28,7 +28,7 @@ class UrlSessionTlsTest : public UrlSessionFixture {
     std::ofstream(file_) << authority_.certificate();
     renewSession({.certificateFile = file_.string()});
   }
-  ~UrlSessionTlsTest() override { std::filesystem::remove(file_); }
+  void TearDown() override { std::filesystem::remove(file_); }
 
   const TestAuthority& authority() const { return authority_; }
 
