@@ -234,8 +234,7 @@ RawHttpServer::Script answering(std::string answer) {
 std::string gzipped(std::string_view bytes) {
   z_stream stream{};
   constexpr int gzipFormat = 15 + 16;
-  if (deflateInit2(&stream, Z_BEST_SPEED, Z_DEFLATED, gzipFormat, 8, Z_DEFAULT_STRATEGY) !=
-      Z_OK) {
+  if (deflateInit2(&stream, Z_BEST_SPEED, Z_DEFLATED, gzipFormat, 8, Z_DEFAULT_STRATEGY) != Z_OK) {
     throw std::runtime_error("zlib refused to compress");
   }
   std::string out(deflateBound(&stream, bytes.size()), '\0');
