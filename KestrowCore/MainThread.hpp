@@ -10,7 +10,7 @@ namespace kestrow {
 // A length of time in seconds, with fractions.
 using Seconds = std::chrono::duration<double>;
 
-// An action that waits for its time. Destroying it cancels it.
+// An action that waits for its time. Destroying it cancels it; the action itself may do so.
 class DelayedAction {
  public:
   DelayedAction() = default;

@@ -14,7 +14,6 @@ namespace {
 
 using records::boom;
 using records::booms;
-using records::ids;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -130,6 +129,7 @@ std::vector<BoomEvent> throughADictionary(const std::vector<std::vector<BoomEven
     for (const auto& event : batch) dictionary[event.id] = event;
   }
   std::vector<BoomEvent> entries;
+  entries.reserve(dictionary.size());
   for (const auto& [id, event] : dictionary) entries.push_back(event);
   return entries;
 }

@@ -40,6 +40,7 @@ Match upcoming(std::string id, std::optional<Date> start) {
 
 std::vector<std::string> ids(const PickerSection& section) {
   std::vector<std::string> ids;
+  ids.reserve(section.rows.size());
   for (const auto& row : section.rows) ids.push_back(row.id);
   return ids;
 }
@@ -229,7 +230,7 @@ TEST(MatchPicker, DestroyingItAbandonsItsLoads) {
 
 TEST(MatchPicker, WithAClientItAsksTheListEndpoint) {
   std::vector<std::string> urls;
-  const Transport transport = [&](HttpRequest request) {
+  const Transport transport = [&](const HttpRequest& request) {
     urls.push_back(request.url);
     const Pending<std::expected<HttpResponse, TransportError>> pending;
     pending.complete(HttpResponse{.body = "{}", .status = 200});

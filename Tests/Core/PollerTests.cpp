@@ -461,8 +461,8 @@ TEST(PollerWithAClient, AsksTheListEndpointOnTheMainThreadsClock) {
       R"({"live": [{"id": "a", "league": "L", "team1": {"name": "A", "short": "A"},
                     "team2": {"name": "B", "short": "B"}, "state": "live", "status": "",
                     "innings": []}]})";
-  const Transport transport = [&](HttpRequest request) {
-    requests.push_back(std::move(request));
+  const Transport transport = [&](const HttpRequest& request) {
+    requests.push_back(request);
     const Pending<std::expected<HttpResponse, TransportError>> pending;
     pending.complete(HttpResponse{.body = body, .status = 200});
     return pending.task();

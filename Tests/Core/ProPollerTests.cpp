@@ -423,7 +423,7 @@ TEST(ProPollerWithAClient, AsksTheKeyEventEndpoint) {
   const TemporaryFolder folder;
   LocalStore store(folder.path());
   std::vector<std::string> urls;
-  const Transport transport = [&](HttpRequest request) {
+  const Transport transport = [&](const HttpRequest& request) {
     urls.push_back(request.url);
     const Pending<std::expected<HttpResponse, TransportError>> pending;
     pending.complete(HttpResponse{
