@@ -27,19 +27,19 @@ QPalette palette() {
 void drawControl(QPainter& painter, const QRectF& rect, bool hovered, bool pressed) {
   painter.setPen(QPen(line, 1));
   painter.setBrush(pressed ? controlPressed : hovered ? controlHovered : control);
-  painter.drawRoundedRect(rect.adjusted(0.5, 0.5, -0.5, -0.5), 6, 6);
+  painter.drawRoundedRect(rect.adjusted(0.5, 0.5, -0.5, -0.5), controlRadius, controlRadius);
 }
 
 void drawRow(QPainter& painter, const QRect& rect) {
   painter.setPen(Qt::NoPen);
   painter.setBrush(rowHovered);
-  painter.drawRoundedRect(rect, 6, 6);
+  painter.drawRoundedRect(rect, controlRadius, controlRadius);
 }
 
 void drawFocusRing(QPainter& painter, const QRectF& rect) {
   painter.setPen(QPen(accent, 2));
   painter.setBrush(Qt::NoBrush);
-  painter.drawRoundedRect(rect.adjusted(1, 1, -1, -1), 6, 6);
+  painter.drawRoundedRect(rect.adjusted(1, 1, -1, -1), controlRadius, controlRadius);
 }
 
 bool showsFocus(const QWidget& widget) {

@@ -29,6 +29,7 @@ inline constexpr float disabledOpacity = 0.5F;
 inline constexpr int contentWidth = 308;
 inline constexpr int inset = 16;  // around all content
 inline constexpr int cornerRadius = 12;
+inline constexpr int controlRadius = 6;
 inline constexpr int indicator = 14;    // a radio button's or check box's mark
 inline constexpr int titleIndent = 20;  // from the mark's edge to its title's
 inline constexpr int controlHeight = 26;

@@ -2,6 +2,7 @@
 
 #include <QListView>
 #include <QPainter>
+#include <QPainterPath>
 #include <QProxyStyle>
 #include <QStringList>
 #include <QStyleFactory>
@@ -65,6 +66,22 @@ void PopUpButton::paintEvent(QPaintEvent* /*event*/) {
   painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                    fontMetrics().elidedText(currentText(), Qt::ElideRight, room.width()));
   if (look::showsFocus(*this)) look::drawFocusRing(painter, rect());
+}
+
+// The list is a window of its own, with corners like the button's.
+void PopUpButton::showPopup() {
+  view()->setMinimumWidth(view()->sizeHintForColumn(0));
+  QComboBox::showPopup();
+  auto* const list = view()->window();
+  QPainterPath shape;
+  shape.addRoundedRect(list->rect(), look::controlRadius, look::controlRadius);
+  list->setMask(QRegion(shape.toFillPolygon().toPolygon()));
+  update();
+}
+
+void PopUpButton::hidePopup() {
+  QComboBox::hidePopup();
+  update();
 }
 
 void PopUpButton::wheelEvent(QWheelEvent* event) {

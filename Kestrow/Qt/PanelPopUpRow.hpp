@@ -17,6 +17,9 @@ class PopUpButton final : public QComboBox {
  public:
   explicit PopUpButton(QWidget* parent);
 
+  void showPopup() override;
+  void hidePopup() override;
+
  protected:
   void paintEvent(QPaintEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
