@@ -38,7 +38,7 @@ void AppDelegate::createObjects() {
 }
 
 void AppDelegate::joinCallbacks() {
-  pill_->onOpenPanel = [this] { panel_->show(); };
+  pill_->onOpenPanel = [this] { panel_->toggle(); };
   poller_->onChange = [this](const FollowState& state) {
     render();
     pro_->startUpdate(state);
@@ -83,7 +83,7 @@ void AppDelegate::applicationShouldHandleReopen() {
     around_.defaults.setBoolean(DefaultsKey::pillHidden, false);
     pill_->rebuild(false);
   }
-  pill_->onOpenPanel();
+  panel_->show();
 }
 
 void AppDelegate::render() {

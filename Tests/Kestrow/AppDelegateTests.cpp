@@ -442,6 +442,20 @@ TEST_F(AppDelegateTest, AClickOpensThePanel) {
   EXPECT_TRUE(panel_.isVisible);
 }
 
+TEST_F(AppDelegateTest, AnotherClickClosesThePanel) {
+  launch();
+  desktop_.surface()->client->click();
+  desktop_.surface()->client->click();
+  EXPECT_FALSE(panel_.isVisible);
+}
+
+TEST_F(AppDelegateTest, OpeningTheProgramAgainLeavesAnOpenPanelOpen) {
+  launch();
+  desktop_.surface()->client->click();
+  desktop_.reopen.notify();
+  EXPECT_TRUE(panel_.isVisible);
+}
+
 TEST_F(AppDelegateTest, OpeningTheProgramAgainOpensThePanel) {
   launch();
   desktop_.reopen.notify();
