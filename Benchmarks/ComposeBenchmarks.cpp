@@ -25,7 +25,7 @@ PillContent live(std::string teams) {
 }
 
 void composeAndArrange(benchmark::State& state, const PillContent& content, double width) {
-  for (auto _ : state) {
+  for ([[maybe_unused]] const auto turn : state) {
     benchmark::DoNotOptimize(
         PillComposer::contentWidth(content, PillComposer::Part::drawn, false, measure));
     benchmark::DoNotOptimize(
@@ -42,14 +42,15 @@ void shortenResult(benchmark::State& state) {
   match.team1 = {"Mumbai Indians", "MI"};
   match.team2 = {"Chennai Super Kings", "CSK"};
   const std::string status(static_cast<std::size_t>(state.range(0)), 'a');
-  for (auto _ : state) benchmark::DoNotOptimize(result_text::shortened(status, match));
+  for ([[maybe_unused]] const auto turn : state)
+    benchmark::DoNotOptimize(result_text::shortened(status, match));
   state.SetComplexityN(state.range(0));
 }
 BENCHMARK(shortenResult)->RangeMultiplier(16)->Range(64, 1 << 20)->Complexity(benchmark::oN);
 
 void wordStartTime(benchmark::State& state) {
   const Date now = systemNow();
-  for (auto _ : state) {
+  for ([[maybe_unused]] const auto turn : state) {
     benchmark::DoNotOptimize(start_time_text::standard(now + std::chrono::days(9)));
   }
 }

@@ -144,19 +144,6 @@ std::optional<std::int64_t> dayNumber(Date date, icu::Calendar& calendar) {
   return day;
 }
 
-// For a system without ICU's data: the date in UTC, in figures.
-std::string plainDate(Date date) {
-  const auto day = std::chrono::floor<std::chrono::days>(date);
-  const std::chrono::year_month_day ymd(day);
-  const auto minutes = std::chrono::floor<std::chrono::minutes>(date - day).count();
-  std::array<char, 48> out{};
-  const int length = std::snprintf(out.data(), out.size(), "%04d-%02u-%02u %02d:%02d UTC",
-                                   static_cast<int>(ymd.year()), static_cast<unsigned>(ymd.month()),
-                                   static_cast<unsigned>(ymd.day()), static_cast<int>(minutes / 60),
-                                   static_cast<int>(minutes % 60));
-  return {out.data(), static_cast<std::size_t>(length)};
-}
-
 // The setting that POSIX gives the forms of dates: LC_ALL over LC_TIME over LANG.
 std::string timeLocaleSetting() {
   for (const char* name : {"LC_ALL", "LC_TIME", "LANG"}) {
@@ -297,12 +284,13 @@ std::string validated(std::string_view utf8) {
 
 std::string formatDate(Date date, std::string_view skeleton, const Calendar& calendar,
                        const Locale& locale) {
+  // The internet's form stands in on a system without ICU's data.
   std::unique_ptr<icu::Calendar> days = icuCalendar(calendar, icuLocale(locale));
-  if (days == nullptr) return plainDate(date);
+  if (days == nullptr) return formatInternetDate(date);
   UErrorCode error = U_ZERO_ERROR;
   const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createInstanceForSkeleton(
       days.release(), icu::UnicodeString::fromUTF8(piece(skeleton)), icuLocale(locale), error));
-  if (U_FAILURE(error)) return plainDate(date);
+  if (U_FAILURE(error)) return formatInternetDate(date);
   icu::UnicodeString out;
   return utf8(format->format(icuDate(date), out));
 }

@@ -89,8 +89,30 @@ TEST(ResultText, ReplacesNamesOneAfterTheOtherAndOnlyWhereBothFormsAreKnown) {
   EXPECT_EQ(result_text::shortened("AAA", match({"AA", "x"}, {"", "y"})), "xA");
   EXPECT_EQ(result_text::shortened("aabaabaaab", match({"aabaaab", "x"}, {"", "y"})), "aabx");
   EXPECT_EQ(result_text::shortened("ababac", match({"abac", "x"}, {"", "y"})), "abx");
+  EXPECT_EQ(result_text::shortened("A v B", match({"A", "Alphabet"}, {"", ""})), "Alphabet v B");
   EXPECT_EQ(result_text::shortened("A beat B", match({"A", ""}, {"", "C"})), "A beat B");
   EXPECT_EQ(result_text::shortened("A wickets", match({"A", "a"}, {"wickets", "w"})), "a w");
+}
+
+TEST(ResultText, FindsEveryNameThatAPlainSearchFinds) {
+  std::mt19937 random(3);  // NOLINT(cert-msc51-cpp): the same texts in every run.
+  const auto letters = [&](std::size_t length) {
+    std::string text;
+    while (text.size() < length) text += random() % 2 == 0 ? 'a' : 'b';
+    return text;
+  };
+  for (int round = 0; round < 3000; ++round) {
+    const std::string name = letters(1 + random() % 8);
+    const std::string status = letters(random() % 26);
+    std::string expected;
+    for (std::size_t at = 0; at < status.size();) {
+      const bool isName = status.compare(at, name.size(), name) == 0;
+      expected += isName ? 'x' : status[at];
+      at += isName ? name.size() : 1;
+    }
+    EXPECT_EQ(result_text::shortened(status, match({name, "x"}, {"", ""})), expected)
+        << name << " in " << status;
+  }
 }
 
 TEST(ResultText, LosesItsDetails) {
@@ -195,7 +217,7 @@ TEST(ResultText, TakesAHugeStatusAndNamesThatRepeatInIt) {
 
 TEST(ResultText, KeepsAllOfALongTextThatItsNamesDoNotLengthen) {
   const std::string spaces(std::size_t{3} << 19U, ' ');
-  EXPECT_EQ(result_text::shortened("A" + spaces + "A", match({"A", "b"}, {"c", "d"})), "b b…");
+  EXPECT_EQ(result_text::shortened("A" + spaces + "A C", match({"A", "b"}, {"c", "d"})), "b b C…");
 }
 
 const Calendar india{"gregorian", "Asia/Kolkata"};
