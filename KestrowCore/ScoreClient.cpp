@@ -1,6 +1,5 @@
 #include "KestrowCore/ScoreClient.hpp"
 
-#include <algorithm>
 #include <utility>
 
 #include "KestrowCore/BoomEventCoding.hpp"
@@ -76,13 +75,9 @@ Task<FeedResult<ProMatchResult>> fetchKeyEvents(Transport transport, HttpRequest
   co_return decoded<ProMatchPayload>(answer->body);
 }
 
-// The id comes from a file that anyone may have edited; a control character would end the header.
-bool isHeaderValue(std::string_view text) {
-  return std::ranges::none_of(text, [](char c) { return (c >= 0 && c < ' ') || c == '\x7f'; });
-}
-
 Task<void> send(Transport transport, std::optional<HttpRequest> request) {
-  if (!request) co_return;
+  // The id comes from a file that anyone may have edited.
+  if (!request || defect(*request)) co_return;
   auto sending = transport(*std::move(request));
   (void)co_await sending;
 }
@@ -109,7 +104,7 @@ Task<FeedResult<ProMatchResult>> ScoreClient::keyEvents(std::string_view id,
 
 Task<void> ScoreClient::reportInstall() const {
   std::optional<HttpRequest> request;
-  if (installId && isHeaderValue(*installId)) {
+  if (installId) {
     request = HttpRequest{.method = HttpMethod::post,
                           .url = endpoint(baseUrl, "api/install"),
                           .headers = {{"x-install-id", *installId}},

@@ -125,7 +125,7 @@ TEST(ManualMainThread, TakesPostsFromOtherThreads) {
   std::thread other([&] {
     for (int i = 0; i < 1000; ++i) mainThread.post([&] { ++ran; });
   });
-  while (ran < 1000) mainThread.runPosted();
+  while (ran < 1000) ASSERT_TRUE(mainThread.awaitPosted());
   other.join();
   EXPECT_EQ(ran, 1000);
 }

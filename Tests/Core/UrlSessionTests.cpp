@@ -5,11 +5,8 @@
 
 #include <algorithm>
 #include <chrono>
-#include <condition_variable>
-#include <functional>
 #include <future>
 #include <memory>
-#include <mutex>
 #include <numeric>
 #include <optional>
 #include <random>
@@ -269,34 +266,14 @@ TEST_F(UrlSessionTest, TheSessionMayGoWhileAnAnswerIsBeingTaken) {
   EXPECT_TRUE(first->has_value());
 }
 
-// A main thread on which an answer can be seen waiting.
-class HeldMainThread : public ManualMainThread {
- public:
-  void post(std::function<void()> action) override {
-    ManualMainThread::post(std::move(action));
-    const std::lock_guard lock(mutex_);
-    ++posted_;
-    changed_.notify_all();
-  }
-  void awaitPosts(int count) {
-    std::unique_lock lock(mutex_);
-    changed_.wait(lock, [&] { return posted_ >= count; });
-  }
-
- private:
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  int posted_ = 0;
-};
-
 TEST_F(UrlSessionTest, TheSessionMayGoBeforeAnAnswerIsTaken) {
   const RawHttpServer server(answering(httpAnswer("x")));
-  HeldMainThread mainThread;
+  ManualMainThread mainThread;
   std::optional<UrlSession> session(mainThread);
   std::optional<Result> result;
   TaskScope scope;
   scope.start(keep(session->send({.url = server.url()}), result));
-  mainThread.awaitPosts(1);
+  ASSERT_TRUE(mainThread.awaitPost());
   session.reset();
   EXPECT_FALSE(result.has_value());
   mainThread.runPosted();
@@ -305,13 +282,13 @@ TEST_F(UrlSessionTest, TheSessionMayGoBeforeAnAnswerIsTaken) {
 
 TEST_F(UrlSessionTest, TheTaskMayGoBeforeItsAnswerIsTaken) {
   const RawHttpServer server(answering(httpAnswer("x")));
-  HeldMainThread mainThread;
+  ManualMainThread mainThread;
   UrlSession session(mainThread);
   std::optional<Result> result;
   {
     TaskScope scope;
     scope.start(keep(session.send({.url = server.url()}), result));
-    mainThread.awaitPosts(1);
+    ASSERT_TRUE(mainThread.awaitPost());
   }
   mainThread.runPosted();
   EXPECT_FALSE(result.has_value());

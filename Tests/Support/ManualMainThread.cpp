@@ -8,6 +8,7 @@ namespace kestrow {
 void ManualMainThread::post(std::function<void()> action) {
   const std::lock_guard lock(mutex_);
   posted_.push_back(std::move(action));
+  changed_.notify_one();
 }
 
 std::unique_ptr<DelayedAction> ManualMainThread::after(Seconds delay,
@@ -26,6 +27,17 @@ void ManualMainThread::runPosted() {
     if (batch.empty()) return;
     for (const auto& action : batch) action();
   }
+}
+
+bool ManualMainThread::awaitPosted() {
+  const bool hasCome = awaitPost();
+  runPosted();
+  return hasCome;
+}
+
+bool ManualMainThread::awaitPost() {
+  std::unique_lock lock(mutex_);
+  return changed_.wait_for(lock, std::chrono::seconds(20), [this] { return !posted_.empty(); });
 }
 
 void ManualMainThread::advance(Seconds time) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <condition_variable>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -33,6 +34,13 @@ class ManualMainThread : public MainThread {
   // Runs what was posted, and what that posts in turn, until nothing is left.
   void runPosted();
 
+  // Waits, in real time, until another thread has posted something, and runs it; false when nothing
+  // comes for twenty seconds.
+  bool awaitPosted();
+
+  // The same without running it.
+  bool awaitPost();
+
   // Runs what was posted, then moves the clock on, stopping at the time of each delayed action that
   // comes due to run it and all that it posts. `advance(Seconds(0))` runs what is due already.
   void advance(Seconds time);
@@ -43,6 +51,7 @@ class ManualMainThread : public MainThread {
 
  private:
   std::mutex mutex_;  // of posted_
+  std::condition_variable changed_;
   std::vector<std::function<void()>> posted_;
   DelayedActions<Date> delayed_;
   Date now_;
