@@ -2,8 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <cstddef>
 #include <map>
 #include <memory>
@@ -36,6 +36,12 @@ class HeldServer {
  public:
   const RawHttpServer& server() const { return server_; }
 
+  // Waits until so many requests have come and have their numbers; false when that takes too long.
+  bool awaitRequests(std::size_t count) {
+    std::unique_lock lock(mutex_);
+    return changed_.wait_for(lock, std::chrono::seconds(20), [&] { return next_ >= count; });
+  }
+
   void answer(std::size_t request, std::string with) {
     const std::lock_guard lock(mutex_);
     answers_[request] = std::move(with);
@@ -44,11 +50,17 @@ class HeldServer {
  private:
   void serve(RawHttpServer::Connection& connection) {
     while (!connection.readRequest().empty()) {
-      const std::size_t request = next_++;
+      const std::size_t request = number();
       std::optional<std::string> answer;
       while (!answer && connection.pause(std::chrono::milliseconds(1))) answer = answerTo(request);
       if (!answer || !connection.write(*answer)) return;
     }
+  }
+
+  std::size_t number() {
+    const std::lock_guard lock(mutex_);
+    changed_.notify_all();
+    return next_++;
   }
 
   std::optional<std::string> answerTo(std::size_t request) {
@@ -57,9 +69,10 @@ class HeldServer {
     return place == answers_.end() ? std::nullopt : std::optional(place->second);
   }
 
-  std::mutex mutex_;  // of answers_
+  std::mutex mutex_;  // of the following
+  std::condition_variable changed_;
   std::map<std::size_t, std::string> answers_;
-  std::atomic<std::size_t> next_ = 0;
+  std::size_t next_ = 0;
   RawHttpServer server_{[this](RawHttpServer::Connection& connection) { serve(connection); }};
 };
 
@@ -120,7 +133,7 @@ TEST_F(PollerOverHttp, PollsOnAtTheFollowedMatchesPaceThroughGoodAndBadAnswers) 
 
 TEST_F(PollerOverHttp, DropsTheAnswerThatWasInFlightWhenPaused) {
   poller_->start();
-  ASSERT_TRUE(held_.server().awaitRequests(1));
+  ASSERT_TRUE(held_.awaitRequests(1));
   poller_->pause();
   answer(0, listing("old"));
   EXPECT_THAT(seen_, IsEmpty());
@@ -133,10 +146,10 @@ TEST_F(PollerOverHttp, DropsTheAnswerThatWasInFlightWhenPaused) {
 
 TEST_F(PollerOverHttp, DropsTheAnswerFromBeforeThePauseAlsoAfterResuming) {
   poller_->start();
-  ASSERT_TRUE(held_.server().awaitRequests(1));
+  ASSERT_TRUE(held_.awaitRequests(1));
   poller_->pause();
   poller_->resume();
-  ASSERT_TRUE(held_.server().awaitRequests(2));
+  ASSERT_TRUE(held_.awaitRequests(2));
   answer(0, listing("old"));
   EXPECT_THAT(seen_, IsEmpty());
   EXPECT_THAT(mainThread_.delays(), IsEmpty());
@@ -146,7 +159,7 @@ TEST_F(PollerOverHttp, DropsTheAnswerFromBeforeThePauseAlsoAfterResuming) {
 
 TEST_F(PollerOverHttp, TakesTheAnswerThatWasInFlightWhenStoppedButPollsNoMore) {
   poller_->start();
-  ASSERT_TRUE(held_.server().awaitRequests(1));
+  ASSERT_TRUE(held_.awaitRequests(1));
   poller_->stop();
   answer(0, listing("a"));
   EXPECT_THAT(seen_, ElementsAre("a"));
@@ -155,7 +168,7 @@ TEST_F(PollerOverHttp, TakesTheAnswerThatWasInFlightWhenStoppedButPollsNoMore) {
 
 TEST_F(PollerOverHttp, DestroyingItClosesTheConnectionOfThePollInFlight) {
   poller_->start();
-  ASSERT_TRUE(held_.server().awaitRequests(1));
+  ASSERT_TRUE(held_.awaitRequests(1));
   poller_.reset();
   EXPECT_TRUE(held_.server().awaitClosed(1));
   mainThread_.runPosted();
@@ -173,9 +186,9 @@ TEST_F(PollerOverHttp, MayGoBeforeAnAnswerThatHasComeIsTaken) {
 
 TEST_F(PollerOverHttp, TwoPollsAtOnceAreTakenInTheOrderOfTheirAnswers) {
   poller_->start();
-  ASSERT_TRUE(held_.server().awaitRequests(1));
+  ASSERT_TRUE(held_.awaitRequests(1));
   poller_->follow("second");
-  ASSERT_TRUE(held_.server().awaitRequests(2));
+  ASSERT_TRUE(held_.awaitRequests(2));
   EXPECT_THAT(seen_, ElementsAre("nothing"));
   answer(1, listing("second"));
   EXPECT_EQ(poller_->state().lastMatch, match("second"));
@@ -194,7 +207,7 @@ TEST_F(PollerOverHttp, TheEndOfTheSessionIsAFailureLikeAnother) {
        .transport = [&](HttpRequest request) { return session->send(std::move(request)); }},
       mainThread_, store_);
   other.start();
-  ASSERT_TRUE(held_.server().awaitRequests(1));
+  ASSERT_TRUE(held_.awaitRequests(1));
   session.reset();
   EXPECT_EQ(other.state().consecutiveFailures, 0);
   mainThread_.runPosted();
@@ -204,7 +217,7 @@ TEST_F(PollerOverHttp, TheEndOfTheSessionIsAFailureLikeAnother) {
 TEST_F(PollerOverHttp, TheReportOfTheInstallationHoldsNothingUp) {
   TaskScope scope;
   scope.start(client_.reportInstall());
-  ASSERT_TRUE(held_.server().awaitRequests(1));
+  ASSERT_TRUE(held_.awaitRequests(1));
   poller_->start();
   answer(1, listing("a"));
   EXPECT_THAT(seen_, ElementsAre("a"));
