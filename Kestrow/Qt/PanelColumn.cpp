@@ -12,6 +12,7 @@
 #include "Kestrow/Qt/PanelLog.hpp"
 #include "Kestrow/Qt/PanelLook.hpp"
 #include "Kestrow/Qt/PanelPopUpRow.hpp"
+#include "Kestrow/Qt/WrappedText.hpp"
 
 namespace kestrow::qt {
 
@@ -73,7 +74,7 @@ PanelColumn::PanelColumn(PanelSurfaceClient& client, int padding, QWidget* paren
 void PanelColumn::apply(const PanelNode& node) {
   const auto& box = std::get<PanelBox>(node.kind);
   spacing_ = box.spacing;
-  setAccessibleName(QString::fromStdString(box.name));
+  if (const auto name = oneLine(box.name); name != accessibleName()) setAccessibleName(name);
   if (!holdsExactly(box.nodes)) rebuild(box.nodes);
   for (std::size_t i = 0; i < children_.size(); ++i) children_[i].item->apply(box.nodes[i]);
   fixTabStops();

@@ -30,6 +30,12 @@ QRectF markRect(const QRect& content) {
   return {static_cast<double>(content.left()), y, look::indicator, look::indicator};
 }
 
+// Assistive technology is told of each setting, so only what changed is set.
+void describe(QWidget& row, const QString& name, const QString& description) {
+  if (name != row.accessibleName()) row.setAccessibleName(name);
+  if (description != row.accessibleDescription()) row.setAccessibleDescription(description);
+}
+
 // A user may turn a radio button on only; the program may also turn it off.
 void sync(QAbstractButton& button, bool isOn) {
   if (button.isChecked() == isOn) return;
@@ -130,8 +136,7 @@ void RadioRow::apply(const PanelNode& node) {
   if (text != text_) {
     text_ = std::move(text);
     heightWidth_ = -1;
-    setAccessibleName(text_.title);
-    setAccessibleDescription(text_.detail);
+    describe(*this, text_.title, text_.detail);
     update();
   }
   sync(*this, radio.isOn);
@@ -174,8 +179,7 @@ void CheckRow::apply(const PanelNode& node) {
       .title = oneLine(box.title), .status = oneLine(box.status), .detail = plainText(box.detail)};
   if (text != text_) {
     text_ = std::move(text);
-    setAccessibleName(text_.title);
-    setAccessibleDescription(text_.status.isEmpty() ? text_.detail : text_.status);
+    describe(*this, text_.title, text_.status.isEmpty() ? text_.detail : text_.status);
     update();
   }
   setEnabled(box.isEnabled);

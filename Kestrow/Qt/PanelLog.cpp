@@ -19,7 +19,7 @@ LogLines::LogLines(QWidget* parent) : QWidget(parent), font_(look::font(look::re
 
 void LogLines::apply(const PanelNode& node) {
   const auto& log = std::get<PanelLines>(node.kind);
-  setAccessibleName(oneLine(log.name));
+  if (const auto name = oneLine(log.name); name != accessibleName()) setAccessibleName(name);
   spacing_ = log.spacing;
   if (log.lines == shown_) return;
 

@@ -1,5 +1,6 @@
 #include "Kestrow/Qt/PanelPopUpRow.hpp"
 
+#include <QAccessible>
 #include <QListView>
 #include <QPainter>
 #include <QPainterPath>
@@ -126,6 +127,11 @@ PopUpRow::PopUpRow(PanelSurfaceClient& client, QWidget* parent)
   colors.setColor(QPalette::WindowText, look::secondaryText);
   label_->setPalette(colors);
   label_->setBuddy(button_);
+  // What is chosen is the button's name for assistive technology, which Qt does not tell of.
+  connect(button_, &QComboBox::currentIndexChanged, this, [this] {
+    QAccessibleEvent renamed(button_, QAccessible::NameChanged);
+    QAccessible::updateAccessibility(&renamed);
+  });
   connect(button_, &QComboBox::activated, this, [this, &client](int selected) {
     const auto id = id_;  // the answer may change this row
     client.popUpChanged(id, selected);

@@ -1,9 +1,11 @@
 #include "Kestrow/Qt/QtAccessiblePanel.hpp"
 
+#include <QAbstractButton>
 #include <QAccessible>
 #include <QAccessibleWidget>
 #include <QPointer>
 #include <QString>
+#include <QStringList>
 
 #include <map>
 
@@ -27,6 +29,30 @@ class AccessibleHeading final : public QAccessibleWidget {
 
  private:
   HeadingLabel& label_;
+};
+
+// A row with a mark, whole: Qt's own element is as small as the mark, and changes it without anyone
+// being told that the user did.
+class AccessibleRow final : public QAccessibleWidget {
+ public:
+  AccessibleRow(QAbstractButton& row, QAccessible::Role role)
+      : QAccessibleWidget(&row, role), row_(row) {}
+
+  QAccessible::State state() const override {
+    auto state = QAccessibleWidget::state();
+    state.checkable = true;
+    state.checked = row_.isChecked();
+    return state;
+  }
+  QStringList actionNames() const override { return {toggleAction(), setFocusAction()}; }
+  void doAction(const QString& name) override {
+    if (!row_.isEnabled()) return;
+    if (name == toggleAction()) row_.click();
+    if (name == setFocusAction()) row_.setFocus();
+  }
+
+ private:
+  QAbstractButton& row_;
 };
 
 // One line of the log. Lines come in at the top, so a line is known by its place from the end.
@@ -111,6 +137,12 @@ QAccessibleInterface* makeAccessiblePanel(const QString& /*className*/, QObject*
     return new QAccessibleWidget(window, QAccessible::Dialog, window->accessibleName());
   }
   if (auto* heading = qobject_cast<HeadingLabel*>(object)) return new AccessibleHeading(*heading);
+  if (auto* row = qobject_cast<RadioRow*>(object)) {
+    return new AccessibleRow(*row, QAccessible::RadioButton);
+  }
+  if (auto* row = qobject_cast<CheckRow*>(object)) {
+    return new AccessibleRow(*row, QAccessible::CheckBox);
+  }
   if (auto* log = qobject_cast<LogLines*>(object)) return new AccessibleLog(*log);
   if (auto* column = qobject_cast<PanelColumn*>(object)) {
     return new QAccessibleWidget(column, QAccessible::Grouping);

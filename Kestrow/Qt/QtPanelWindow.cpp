@@ -196,10 +196,10 @@ bool QtPanelWindow::event(QEvent* event) {
   return handled;
 }
 
-// The window manager's way of closing it; the client decides.
+// The window manager's way of closing it. Never refused: that would keep the program from ending.
 void QtPanelWindow::closeEvent(QCloseEvent* event) {
-  event->ignore();
-  client_.resignedKey();
+  if (isVisible()) client_.resignedKey();
+  QWidget::closeEvent(event);
 }
 
 void QtPanelWindow::keyPressEvent(QKeyEvent* event) {

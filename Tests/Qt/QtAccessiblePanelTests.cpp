@@ -75,6 +75,26 @@ TEST_F(QtAccessiblePanelTest, ARowTellsItsSecondLine) {
   EXPECT_EQ(accessible(only<CheckRow>()).text(QAccessible::Description), "A note");
 }
 
+TEST_F(QtAccessiblePanelTest, ARowIsOneElementWithItsStateAndItsPress) {
+  open(box({radio("m", false), checkBox("c", true), checkBox("fixed", true, false)}));
+  auto& row = accessible(only<RadioRow>());
+  EXPECT_EQ(row.rect().size(), only<RadioRow>().size());
+  EXPECT_TRUE(row.state().checkable);
+  EXPECT_FALSE(row.state().checked);
+  row.actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+  EXPECT_TRUE(row.state().checked);
+  auto& on = accessible(*all<CheckRow>()[0]);
+  on.actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+  EXPECT_FALSE(on.state().checked);
+  on.actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+  EXPECT_TRUE(on.state().focused);
+  auto& fixed = accessible(*all<CheckRow>()[1]);
+  fixed.actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+  EXPECT_TRUE(fixed.state().checked);
+  EXPECT_TRUE(fixed.state().disabled);
+  EXPECT_THAT(client.events, ElementsAre("picked m", "c off"));
+}
+
 TEST_F(QtAccessiblePanelTest, TheLogIsAListOfItsLines) {
   open(box({log(3)}));
   auto& list = accessible(only<LogLines>());

@@ -17,6 +17,7 @@ def say(message):
 
 
 def describe(element, path):
+    element.clear_cache()  # of what is above it, clearing does not always reach down here
     try:
         extents = element.get_extents(Atspi.CoordType.SCREEN)
         states = element.get_state_set()

@@ -15,8 +15,8 @@ class DesktopTest(unittest.TestCase):
 
     def _close(self, session):
         outcome = self._outcome
-        errors = [error for _, error in outcome.result.errors + outcome.result.failures
-                  if error] if hasattr(outcome, "result") else []
+        errors = [error for test, error in outcome.result.errors + outcome.result.failures
+                  if error and test is self] if hasattr(outcome, "result") else []
         if errors:
             for log in sorted(session.folder.glob("*.log")):
                 content = log.read_text(errors="replace")[-2000:]
