@@ -36,6 +36,9 @@ QString kdeSpace() {
 
 ReduceMotionSetting::ReduceMotionSetting(QDBusConnection bus) : bus_(std::move(bus)) {
   if (!bus_.isConnected()) return;
+  // Qt's bus library knows this type only once something has used it, and until then connects no
+  // slot that takes it.
+  qRegisterMetaType<QDBusVariant>();
   auto* watcher =
       new QDBusServiceWatcher(portal(), bus_, QDBusServiceWatcher::WatchForOwnerChange, this);
   connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, &ReduceMotionSetting::readAll);
