@@ -22,24 +22,29 @@ bool canBeXml(std::string_view text) {
          !text.contains("\uFFFF") && text::validated(text) == text;
 }
 
+// What XML writes in a character's place; nothing for those that stand for themselves.
+const char* escape(char c) {
+  switch (c) {
+    case '&':
+      return "&amp;";
+    case '<':
+      return "&lt;";
+    case '>':
+      return "&gt;";
+    case '\r':  // bare, it would be read as a line feed
+      return "&#13;";
+    default:
+      return nullptr;
+  }
+}
+
 std::string escaped(std::string_view text) {
   std::string xml;
   for (const char c : text) {
-    switch (c) {
-      case '&':
-        xml += "&amp;";
-        break;
-      case '<':
-        xml += "&lt;";
-        break;
-      case '>':
-        xml += "&gt;";
-        break;
-      case '\r':  // bare, it would be read as a line feed
-        xml += "&#13;";
-        break;
-      default:
-        xml += c;
+    if (const auto* instead = escape(c)) {
+      xml += instead;
+    } else {
+      xml += c;
     }
   }
   return xml;

@@ -26,7 +26,8 @@ std::filesystem::path home() {
   passwd entry{};
   passwd* found = nullptr;
   std::array<char, 16384> texts{};
-  if (getpwuid_r(getuid(), &entry, texts.data(), texts.size(), &found) == 0 && found) {
+  (void)getpwuid_r(getuid(), &entry, texts.data(), texts.size(), &found);
+  if (found) {
     if (auto path = absolutePath(found->pw_dir)) return *std::move(path);
   }
   return "/";

@@ -114,6 +114,32 @@ TEST_F(ProPollerTest, ShowsAlertsOneAfterAnotherOnItsClock) {
   EXPECT_EQ(poller.queue().currentStart, mainThread.now());
 }
 
+TEST_F(ProPollerTest, AnAlertShowsForItsUsualTimeHoweverTheClockIsSet) {
+  Date time = mainThread.now();
+  std::vector<Pending<Answer>> answers;
+  ProPoller clocked([&](const std::string&,
+                        std::optional<std::int64_t>) { return answers.emplace_back().task(); },
+                    store, [&] { return time; });
+  clocked.startUpdate(following("a"));
+  answers[0].complete(payload(0));
+  clocked.clockChanged();
+  EXPECT_FALSE(clocked.currentBoom());
+  clocked.startUpdate(following("a"));
+  answers[1].complete(payload(2, booms(1, 2)));
+  EXPECT_EQ(clocked.currentBoom(), boom(1));
+
+  time -= std::chrono::hours(1);
+  clocked.clockChanged();
+  EXPECT_EQ(clocked.queue().currentStart, time);
+  const auto start = time;
+  time += std::chrono::seconds(3);
+  clocked.clockChanged();
+  EXPECT_EQ(clocked.queue().currentStart, start);
+  EXPECT_EQ(clocked.currentBoom(), boom(1));
+  time += std::chrono::seconds(1);
+  EXPECT_EQ(clocked.currentBoom(), boom(2));
+}
+
 TEST_F(ProPollerTest, EventsTakenIntoTheLogIncludeThoseThatAreNotShown) {
   baseline(0);
   auto late = boom(1);
