@@ -91,7 +91,7 @@ def on_a_virtual_display():
         session.seed_state(followedMatchId=match)
         session.start_program()
         heard = session.accessibility
-        wait_until(lambda: session.find_score(), "the score")
+        session.pill("/")
         keep(session, pictures / "pill.png")
         # The machine's waking is when the program asks for news at once.
         for _ in range(30):

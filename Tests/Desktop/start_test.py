@@ -1,4 +1,7 @@
 """The program starts, and the pill is there."""
+import os
+import socket
+
 from harness.picture import is_amber, is_dark
 from harness.processes import wait_until
 from harness.testcase import DesktopTest, main
@@ -34,6 +37,23 @@ class Start(DesktopTest):
     def shown(session, window):
         picture = session.picture().part(*session.frame(window))
         return picture if picture.count(is_amber) > 20 else None
+
+    def test_writes_one_line_to_the_system_log(self):
+        log = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
+        self.addCleanup(log.close)
+        try:
+            log.bind("/dev/log")
+        except OSError:
+            self.skipTest("the system's log is somebody else's")
+        self.addCleanup(os.unlink, "/dev/log")
+        log.settimeout(20)
+        session = self.open_session()
+        session.start_program()
+        line = log.recv(4096).decode()
+        self.assertTrue(line.rstrip("\0\n").endswith("kestrow: Kestrow started (accessory app)."), line)
+        session.pill()
+        log.setblocking(False)
+        self.assertRaises(BlockingIOError, log.recv, 4096)
 
 
 if __name__ == "__main__":

@@ -5,6 +5,7 @@ import shutil
 import subprocess
 import tempfile
 import urllib.request
+from contextlib import suppress
 from pathlib import Path
 
 from gi.repository import Gio, GLib
@@ -12,7 +13,7 @@ from gi.repository import Gio, GLib
 from .accessibility import Accessibility
 from .network import enter_own_network
 from .picture import Picture
-from .processes import Processes, wait_until
+from .processes import Processes, children, wait_until
 
 PROGRAM = os.environ.get("KESTROW_PROGRAM", "kestrow")
 SERVICE = os.environ.get("KESTROW_SERVICE", "kestrow-score-service")
@@ -139,9 +140,21 @@ class Session:
 
     def pointer(self, x, y, *buttons):
         """Moves the pointer there and clicks the buttons."""
-        self.run("xdotool", "mousemove", "--sync", str(x), str(y))
+        self.run("xdotool", "mousemove", str(x), str(y))
         for button in buttons:
             self.run("xdotool", "click", str(button))
+
+    @staticmethod
+    def command_lines():
+        """Of every process that the session has started, directly or not."""
+        lines, waiting = [], [os.getpid()]
+        while waiting:
+            found = children(waiting.pop())
+            waiting += found
+            for pid in found:
+                with suppress(OSError):
+                    lines.append(Path(f"/proc/{pid}/cmdline").read_text().replace("\0", " "))
+        return lines
 
     # The buses
 
