@@ -36,12 +36,14 @@ std::string shown(std::string text) {
 
 std::vector<std::string> themeNames() {
   std::vector<std::string> names;
+  names.reserve(TeamTheme::palette().size());
   for (const auto& theme : TeamTheme::palette()) names.emplace_back(theme.name);
   return names;
 }
 
 std::vector<std::string> alertStyleNames() {
   std::vector<std::string> names;
+  names.reserve(allAlertStyles.size());
   for (const auto style : allAlertStyles) {
     names.emplace_back(style == AlertStyle::big ? "Big alert" : "Subtle alert");
   }
