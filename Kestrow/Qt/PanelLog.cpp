@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 #include <QFontMetricsF>
+#include <QHash>
 #include <QPaintEvent>
 #include <QPainter>
 #include <algorithm>
@@ -14,6 +15,39 @@
 namespace kestrow::qt {
 
 namespace look = panel_look;
+
+namespace {
+
+// Room for what kerning and shaping may add to the sum of a text's characters.
+constexpr double spareWidth = 12;
+
+// Tells short lines without laying them out, which takes too long for a thousand of them.
+class LineWidths {
+ public:
+  explicit LineWidths(const QFont& font) : metrics_(font) {}
+
+  bool fits(const QString& text, double width) {
+    double sum = spareWidth;
+    for (const QChar character : text) {
+      // Other scripts join their characters.
+      if (character.isSurrogate() || character.script() > QChar::Script_Latin) {
+        return metrics_.horizontalAdvance(text) <= width - 1;
+      }
+      auto known = widths_.find(character);
+      if (known == widths_.end()) {
+        known = widths_.insert(character, metrics_.horizontalAdvance(character));
+      }
+      sum += *known;
+    }
+    return sum <= width || metrics_.horizontalAdvance(text) <= width - 1;
+  }
+
+ private:
+  QFontMetricsF metrics_;
+  QHash<QChar, double> widths_;
+};
+
+}  // namespace
 
 LogLines::LogLines(QWidget* parent) : QWidget(parent), font_(look::font(look::regularSize)) {}
 
@@ -49,13 +83,13 @@ int LogLines::heightFor(int width) {
 
 void LogLines::measure(int width) {
   if (isMeasured_ && measuredWidth_ == width) return;
-  const QFontMetricsF metrics(font_);
+  LineWidths widths(font_);
   const int single = wrapped_text::height(QStringLiteral("x"), font_, width);
   double y = 0;
   for (auto& line : lines_) {
     if (line.height < 0 || measuredWidth_ != width) {
-      const bool fits = !line.text.contains(QChar(QChar::LineSeparator)) &&
-                        metrics.horizontalAdvance(line.text) <= width - 1;
+      const bool fits =
+          !line.text.contains(QChar(QChar::LineSeparator)) && widths.fits(line.text, width);
       line.height = fits ? single : wrapped_text::height(line.text, font_, width);
     }
     line.y = static_cast<int>(y);
