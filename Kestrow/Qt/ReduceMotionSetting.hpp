@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QDBusServiceWatcher>
 #include <QDBusVariant>
 #include <QObject>
 #include <QString>
@@ -36,6 +37,7 @@ class ReduceMotionSetting final : public QObject {
   void decide();
 
   QDBusConnection bus_;
+  QDBusServiceWatcher portal_;
   std::map<Key, QVariant> values_;
   bool isOn_ = false;
 };
