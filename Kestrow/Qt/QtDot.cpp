@@ -54,7 +54,7 @@ void QtDot::setSeen(bool seen) {
 }
 
 void QtDot::update() {
-  const bool runs = seen_ && dot_ && dot_->pulses;
+  const bool runs = seen_ && pulses();
   if (runs == timer_.isActive()) return;
   if (runs) {
     clock_.start();

@@ -28,6 +28,7 @@ class QtDot {
 
   // The pulse stands still while nobody sees it.
   void setSeen(bool seen);
+  bool pulses() const { return dot_ && dot_->pulses; }
   bool isRunning() const { return timer_.isActive(); }
 
   // The area that it paints in, light included, in points from the top left of a surface of this

@@ -73,6 +73,7 @@ void QtPillWindow::setDot(const std::optional<DotAppearance>& dot) {
   dot_.show(dot);
   dotArea_ = dot_.area(height());
   update(dotArea_);
+  updateSeen();
 }
 
 void QtPillWindow::setNeedsDisplay() {
@@ -97,7 +98,9 @@ void QtPillWindow::setScreenSeen(bool seen) {
 }
 
 void QtPillWindow::updateSeen() {
-  dot_.setSeen(isVisible() && screenSeen_ && !x11_->isCovered());
+  const bool onScreen = isVisible() && screenSeen_;
+  x11_->lookForCover(onScreen && dot_.pulses());
+  dot_.setSeen(onScreen && !x11_->isCovered());
 }
 
 void QtPillWindow::showEvent(QShowEvent* event) {

@@ -5,17 +5,20 @@
 #include <xcb/xcb.h>
 #include <xcb/xfixes.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <span>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace kestrow::qt {
 
 namespace {
 
 struct Free {
-  void operator()(void* memory) const { std::free(memory); }  // NOLINT(*-no-malloc): xcb's own
+  void operator()(void* memory) const { std::free(memory); }
 };
 template <class T>
 using Reply = std::unique_ptr<T, Free>;
@@ -26,19 +29,57 @@ xcb_connection_t* connection() {
   return x11 ? x11->connection() : nullptr;
 }
 
+Reply<xcb_query_tree_reply_t> tree(std::uint32_t window) {
+  auto* const x = connection();
+  return Reply<xcb_query_tree_reply_t>(xcb_query_tree_reply(x, xcb_query_tree(x, window), nullptr));
+}
+
+bool holds(const xcb_get_geometry_reply_t& outer, const xcb_get_geometry_reply_t& inner) {
+  return outer.x <= inner.x && outer.y <= inner.y &&
+         outer.x + outer.width >= inner.x + inner.width &&
+         outer.y + outer.height >= inner.y + inner.height;
+}
+
+// The answers about a window, asked for before the first is read.
+struct Question {
+  xcb_get_geometry_cookie_t geometry;
+  xcb_get_window_attributes_cookie_t attributes;
+};
+
+bool isOpaqueOver(const Question& question, const xcb_get_geometry_reply_t& own) {
+  constexpr int translucentDepth = 32;
+  auto* const x = connection();
+  const Reply<xcb_get_geometry_reply_t> geometry(
+      xcb_get_geometry_reply(x, question.geometry, nullptr));
+  const Reply<xcb_get_window_attributes_reply_t> attributes(
+      xcb_get_window_attributes_reply(x, question.attributes, nullptr));
+  return geometry && attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
+         attributes->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT &&
+         geometry->depth != translucentDepth && holds(*geometry, own);
+}
+
 }  // namespace
 
 X11Window::X11Window(QWidget& widget, std::function<void()> changed)
     : changed_(std::move(changed)) {
   if (!connection()) return;
   window_ = static_cast<std::uint32_t>(widget.winId());
+  if (const auto own = tree(window_)) root_ = own->root;
+  stackSettled_.setSingleShot(true);
+  stackSettled_.setInterval(100);
+  QObject::connect(&stackSettled_, &QTimer::timeout, [this] { set(isCovered_, findCover()); });
   watchCompositor();
-  watchVisibility();
   qGuiApp->installNativeEventFilter(this);
 }
 
 X11Window::~X11Window() {
-  if (window_ != 0 && qGuiApp) qGuiApp->removeNativeEventFilter(this);
+  if (window_ == 0 || !qGuiApp) return;
+  lookForCover(false);
+  qGuiApp->removeNativeEventFilter(this);
+}
+
+void X11Window::set(bool& answer, bool value) {
+  if (std::exchange(answer, value) != value) changed_();
 }
 
 // The compositor of a screen owns a selection named after it.
@@ -64,35 +105,62 @@ void X11Window::watchCompositor() {
                                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
 }
 
-// Beside the events that Qt asked for.
-void X11Window::watchVisibility() const {
+// X tells translucent windows that they are never obscured, so the stack itself is looked at.
+void X11Window::lookForCover(bool look) {
+  if (root_ == 0 || look == isLooking_) return;
+  isLooking_ = look;
   auto* const x = connection();
   const Reply<xcb_get_window_attributes_reply_t> attributes(
-      xcb_get_window_attributes_reply(x, xcb_get_window_attributes(x, window_), nullptr));
+      xcb_get_window_attributes_reply(x, xcb_get_window_attributes(x, root_), nullptr));
   if (!attributes) return;
-  const std::uint32_t mask = attributes->your_event_mask | XCB_EVENT_MASK_VISIBILITY_CHANGE;
-  xcb_change_window_attributes(x, window_, XCB_CW_EVENT_MASK, &mask);
+  // Beside the events that Qt asked for.
+  const std::uint32_t others =
+      attributes->your_event_mask & ~std::uint32_t{XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY};
+  const std::uint32_t mask = look ? others | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY : others;
+  xcb_change_window_attributes(x, root_, XCB_CW_EVENT_MASK, &mask);
+  xcb_flush(x);
+  if (look) {
+    stackSettled_.start();
+  } else {
+    stackSettled_.stop();
+    isCovered_ = false;
+  }
+}
+
+// Whether an opaque window higher in the stack lies over the whole of this one.
+bool X11Window::findCover() const {
+  auto* const x = connection();
+  const auto all = tree(root_);
+  const Reply<xcb_get_geometry_reply_t> own(
+      xcb_get_geometry_reply(x, xcb_get_geometry(x, window_), nullptr));
+  if (!all || !own) return false;
+  const std::span windows(xcb_query_tree_children(all.get()),
+                          static_cast<std::size_t>(xcb_query_tree_children_length(all.get())));
+  const auto place = std::find(windows.begin(), windows.end(), window_);
+  if (place == windows.end()) return false;
+  std::vector<Question> questions;
+  for (const auto window : std::span(place + 1, windows.end())) {
+    questions.push_back({xcb_get_geometry(x, window), xcb_get_window_attributes(x, window)});
+  }
+  // Every answer is read, also after the first that covers: none may stay behind.
+  return std::count_if(questions.begin(), questions.end(),
+                       [&](const Question& question) { return isOpaqueOver(question, *own); }) > 0;
 }
 
 bool X11Window::nativeEventFilter(const QByteArray& type, void* message, qintptr* /*result*/) {
   if (type != "xcb_generic_event_t") return false;
   const auto* event = static_cast<const xcb_generic_event_t*>(message);
   const auto kind = static_cast<std::uint8_t>(event->response_type & 0x7FU);
-  bool composited = isComposited_;
-  bool covered = isCovered_;
-  if (kind == XCB_VISIBILITY_NOTIFY) {
-    const auto* visibility = static_cast<const xcb_visibility_notify_event_t*>(message);
-    if (visibility->window == window_) {
-      covered = visibility->state == XCB_VISIBILITY_FULLY_OBSCURED;
-    }
+  if (kind == XCB_MAP_NOTIFY || kind == XCB_UNMAP_NOTIFY || kind == XCB_CONFIGURE_NOTIFY) {
+    // The three begin alike.
+    const auto* change = static_cast<const xcb_map_notify_event_t*>(message);
+    if (isLooking_ && change->event == root_ && !stackSettled_.isActive()) stackSettled_.start();
   } else if (fixesEvent_ != 0 && kind == fixesEvent_ + XCB_XFIXES_SELECTION_NOTIFY) {
     const auto* selection = static_cast<const xcb_xfixes_selection_notify_event_t*>(message);
-    if (selection->selection == compositorAtom_) composited = selection->owner != XCB_WINDOW_NONE;
+    if (selection->selection == compositorAtom_) {
+      set(isComposited_, selection->owner != XCB_WINDOW_NONE);
+    }
   }
-  if (composited == isComposited_ && covered == isCovered_) return false;
-  isComposited_ = composited;
-  isCovered_ = covered;
-  changed_();
   return false;
 }
 
