@@ -1,9 +1,8 @@
 """The pill's window among other windows, with and without a compositor."""
 from harness.picture import is_amber, is_dark
 from harness.processes import stays, switches, wait_until
+from harness.scores import Scores, event, match
 from harness.testcase import DesktopTest, main
-
-NOW = ("--frozen", "--now", "2026-04-12T14:00:00Z")
 
 
 class Pill(DesktopTest):
@@ -11,17 +10,12 @@ class Pill(DesktopTest):
         self.session = self.open_session()
         self.session.start_window_manager()
         self.session.run("xsetroot", "-solid", "#5f7288")
-        self.session.seed_state(followedMatchId="match-1")
-        self.serve("9.0")
+        self.session.seed_state(followedMatchId="m1")
+        self.scores = Scores(live=[match("m1")])
+        self.addCleanup(self.scores.close)
         self.session.start_program()
-        self.session.pill("/")
+        self.session.pill("145/3")
         self.window = wait_until(self.session.windows, "the pill")[0]
-
-    def serve(self, start):
-        """The service, at another point of the match."""
-        if self.session.service:
-            self.session.stop_service()
-        self.session.start_service(*NOW, "--start", start)
 
     def frame(self):
         return self.session.frame(self.window)
@@ -137,9 +131,9 @@ class Pill(DesktopTest):
     # An alert
 
     def test_an_alert_grows_the_pill_downwards_and_four_seconds_later_it_shrinks_back(self):
-        before = self.frame()
-        self.assertEqual(before[3], 24)
-        self.serve("11.0")
+        self.assertEqual(self.frame()[3], 24)
+        self.session.accessibility.announcements()  # listens from here on
+        self.scores.news = [{**event(1, "wicket"), "late": False}]
         self.session.wake_for_news()
         frames = []
 
@@ -149,7 +143,7 @@ class Pill(DesktopTest):
         wait_until(lambda: height_is(40), "an alert", 10, every=0)
         wait_until(lambda: height_is(24), "the score again", 30, every=0)
         self.assertEqual({frame[1] for frame in frames}, {0})
-        self.assertTrue(self.session.accessibility.announcements())
+        self.assertEqual(self.session.accessibility.announcements(), ["WICKET! R Sharma (MI)"])
 
     # Hiding
 
@@ -162,22 +156,25 @@ class Pill(DesktopTest):
         self.session.accessibility.act(self.preference(), "Toggle")
         wait_until(lambda: self.window not in self.session.windows(), "the pill to go")
         self.session.accessibility.act(self.preference(), "Toggle")
-        pill = self.session.pill("/")
+        pill = self.session.pill("145/3")
         self.assertEqual(pill.extents, list(before))
 
     # For assistive technology
 
     def test_is_one_button_that_presses_and_tells_its_new_names(self):
-        pill = self.session.pill("/")
+        pill = self.session.pill("145/3")
         self.assertEqual(pill.actions, ["Press"])
         self.assertEqual(pill.children, [])
+        self.assertEqual(pill.name, "MI v CSK, 145/3, 15.2 ov")
         self.assertEqual(len(self.session.accessibility.find("push button")), 1)
-        self.serve("break")
+        self.scores.matches["live"] = [match("m1", score=(151, 4, 15.4))]
         self.session.wake_for_news()
-        self.session.pill("Innings break", 40)
-        names = [event["name"] for event in self.session.accessibility.events
-                 if event["event"].startswith("object:property-change:accessible-name")]
-        self.assertTrue([name for name in names if "Innings break" in name], names)
+        self.session.pill("151/4")
+        wait_until(lambda: "MI v CSK, 151/4, 15.4 ov" in self.names_told(), self.names_told)
+
+    def names_told(self):
+        return [event["name"] for event in self.session.accessibility.events
+                if event["event"].startswith("object:property-change:accessible-name")]
 
 
 if __name__ == "__main__":

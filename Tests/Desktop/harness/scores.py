@@ -30,11 +30,12 @@ def event(id, kind="six", batter="R Sharma", team="MI"):
 
 class Scores:
     """Answers from `matches` (the match list's record), or with `failure` as the status, and with
-    the events in `moments` for any followed match. Waits with each list while `held`."""
+    the events in `moments` for any followed match, and `news` as what is new to the program. Waits with each list while `held`."""
 
     def __init__(self, live=(), upcoming=(), **more):
         self.matches = {"live": list(live), "upcoming": list(upcoming), "finished": [], **more}
         self.moments = []
+        self.news = []
         self.failure = None
         self._open = threading.Event()
         self._open.set()
@@ -84,7 +85,7 @@ class Scores:
             found = [one for one in every if one["id"] == id]
             if found:
                 self._send(request, 200, {
-                    "match": found[0], "events": [], "keyMoments": self.moments,
+                    "match": found[0], "events": self.news, "keyMoments": self.moments,
                     "newestEventId": max([one["id"] for one in self.moments], default=0)})
             else:
                 self._send(request, 404, {})
