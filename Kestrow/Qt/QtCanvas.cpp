@@ -20,6 +20,17 @@ double sweep(const Path::Arc& arc) {
   return angle;
 }
 
+// Four corners, its sides along the axes.
+bool isRectangle(const Path& path) {
+  if (path.steps.size() != 5) return false;
+  const auto* start = std::get_if<Path::MoveTo>(&path.steps[0]);
+  const auto* second = std::get_if<Path::LineTo>(&path.steps[1]);
+  const auto* third = std::get_if<Path::LineTo>(&path.steps[2]);
+  const auto* fourth = std::get_if<Path::LineTo>(&path.steps[3]);
+  return start && second && third && fourth && second->to == Point{third->to.x, start->to.y} &&
+         fourth->to == Point{start->to.x, third->to.y};
+}
+
 }  // namespace
 
 QtCanvas::QtCanvas(QPainter& painter, const Rect& bounds, double scale)
@@ -58,12 +69,11 @@ double QtCanvas::snapped(double value) const {
 
 void QtCanvas::fill(const Path& path, const Color& color) {
   const QPainterPath mapped = map(path);
-  const QRectF box = mapped.boundingRect();
-  const bool isRectangle = path.steps.size() == 5 && mapped.contains(box);
-  if (!isRectangle) {
+  if (!isRectangle(path)) {
     painter_.fillPath(mapped, toQt(color));
     return;
   }
+  const QRectF box = mapped.boundingRect();
   // A thin rectangle between two pixels would be a smear: it goes to the nearest whole ones.
   const auto length = [this](double value) { return std::max(snapped(value), 1 / scale_); };
   painter_.fillRect(

@@ -240,14 +240,16 @@ Difference difference(const QImage& one, const QImage& other, int tolerance) {
   const QImage right = other.convertToFormat(QImage::Format_RGB32);
   Difference result{0, QImage(one.size(), QImage::Format_RGB32)};
   for (int y = 0; y < left.height(); ++y) {
+    const auto* ours = reinterpret_cast<const QRgb*>(left.constScanLine(y));
+    const auto* theirs = reinterpret_cast<const QRgb*>(right.constScanLine(y));
+    auto* shown = reinterpret_cast<QRgb*>(result.picture.scanLine(y));
     for (int x = 0; x < left.width(); ++x) {
-      const QRgb a = left.pixel(x, y);
-      const QRgb b = right.pixel(x, y);
+      const QRgb a = ours[x];
+      const QRgb b = theirs[x];
       const int apart = std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
                                   std::abs(qBlue(a) - qBlue(b))});
       result.pixels += apart > tolerance ? 1 : 0;
-      const int shown = apart > tolerance ? 255 : apart;
-      result.picture.setPixel(x, y, qRgb(shown, qGray(b) / 4, qGray(b) / 4));
+      shown[x] = qRgb(apart > tolerance ? 255 : apart, qGray(b) / 4, qGray(b) / 4);
     }
   }
   return result;

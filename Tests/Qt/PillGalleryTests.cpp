@@ -15,7 +15,7 @@ namespace kestrow::gallery {
 namespace {
 
 // Rasterizers may round a covered pixel differently; a moved letter or another colour is more.
-constexpr int tolerance = 24;
+constexpr int tolerance = 8;
 constexpr int allowedPixels = 20;
 
 class PillGallery : public testing::TestWithParam<std::tuple<std::string, double>> {};
