@@ -60,6 +60,8 @@ class Panel(PanelTest):
         self.session.pill("145/3")
         moments = [event(1, "four")]
         self.scores.moments = moments
+        wait_until(lambda: any("145/3" in (e.get("name") or "")
+                               for e in self.session.accessibility.events), "news of the score")
         told = len(self.session.accessibility.events)
         asked = self.scores.lists_asked
         self.session.wake_for_news()
