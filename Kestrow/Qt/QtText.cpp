@@ -56,6 +56,11 @@ std::vector<float> gaussian(double deviation) {
   return weights;
 }
 
+std::size_t place(int column, int row, int width) {
+  return static_cast<std::size_t>(row) * static_cast<std::size_t>(width) +
+         static_cast<std::size_t>(column);
+}
+
 // Blurs along rows of `width` and gives the result turned on its side: rows are columns.
 std::vector<float> blurRows(const std::vector<float>& values, int width, int height,
                             const std::vector<float>& weights) {
@@ -65,10 +70,9 @@ std::vector<float> blurRows(const std::vector<float>& values, int width, int hei
     for (int x = 0; x < width; ++x) {
       float sum = 0;
       for (int at = std::max(x - reach, 0); at <= std::min(x + reach, width - 1); ++at) {
-        sum += values[static_cast<std::size_t>(y * width + at)] *
-               weights[static_cast<std::size_t>(std::abs(at - x))];
+        sum += values[place(at, y, width)] * weights[static_cast<std::size_t>(std::abs(at - x))];
       }
-      turned[static_cast<std::size_t>(x * height + y)] = sum;
+      turned[place(y, x, height)] = sum;
     }
   }
   return turned;
@@ -90,8 +94,7 @@ QFont interfaceFont(const Font& font) {
   result.setPixelSize(std::max(static_cast<int>(std::lround(font.size)), 1));
   result.setWeight(weight(font.weight));
   result.setHintingPreference(QFont::PreferNoHinting);
-  result.setStyleStrategy(
-      static_cast<QFont::StyleStrategy>(QFont::PreferAntialias | QFont::NoSubpixelAntialias));
+  result.setStyleStrategy(QFont::NoSubpixelAntialias);
   return result;
 }
 
@@ -172,7 +175,7 @@ QImage blurred(const QImage& picture, double deviation, const QColor& color) {
   const int height = picture.height();
   const QImage source = picture.convertToFormat(QImage::Format_Alpha8);
   std::vector<float> alpha;
-  alpha.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+  alpha.reserve(place(0, height, width));
   for (int y = 0; y < height; ++y) {
     const uchar* line = source.constScanLine(y);
     alpha.insert(alpha.end(), line, line + width);
@@ -184,7 +187,7 @@ QImage blurred(const QImage& picture, double deviation, const QColor& color) {
   for (int y = 0; y < height; ++y) {
     auto* line = reinterpret_cast<QRgb*>(result.scanLine(y));
     for (int x = 0; x < width; ++x) {
-      const float value = alpha[static_cast<std::size_t>(y * width + x)] * color.alphaF();
+      const float value = alpha[place(x, y, width)] * color.alphaF();
       line[x] = qPremultiply(
           qRgba(color.red(), color.green(), color.blue(), static_cast<int>(std::lround(value))));
     }
