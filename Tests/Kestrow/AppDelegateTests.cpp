@@ -22,7 +22,6 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::UnorderedElementsAre;
 using namespace std::chrono_literals;
 
 constexpr std::string_view matchesPath = "/api/matches";
@@ -295,7 +294,6 @@ TEST_F(AppDelegateTest, AnAlertTakesTheCountdownsPlaceAndGivesItBack) {
     poll({});
   }
   EXPECT_THAT(pillText(), HasSubstr("DC"));
-  const std::string countdown = pillText();
   mainThread_.advance(300s);
   poll({records::boom(11, BoomKind::four)});
   EXPECT_THAT(pillText(), HasSubstr("FOUR!"));
