@@ -118,6 +118,7 @@ TEST_F(PanelColumnTest, ArrowsPickInAGroupAndKeepTheKeyboard) {
 
 TEST_F(PanelColumnTest, AGroupOfMatchesIsOneTabStop) {
   std::vector<PanelNode> matches;
+  matches.reserve(200);
   for (int i = 0; i < 200; ++i) matches.push_back(radio(std::to_string(i), i == 150));
   open(box({box(matches, "matches"), button("q", "Quit")}));
   key(Qt::Key_Tab);

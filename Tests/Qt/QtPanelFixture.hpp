@@ -114,6 +114,7 @@ class QtPanelTest : public testing::Test {
   int scrolled() { return window.scrollArea().verticalScrollBar()->value(); }
   void scrollTo(int y) { window.scrollArea().verticalScrollBar()->setValue(y); }
 
+ public:
   RecordingPanelClient client;
   QtPanelWindow window{client};
 };
