@@ -13,7 +13,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::EndsWith;
-using testing::IsEmpty;
 
 const std::vector<PanelNode>& nodes(const PanelNode& box) {
   return std::get<PanelBox>(box.kind).nodes;

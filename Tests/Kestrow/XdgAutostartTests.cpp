@@ -17,7 +17,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 class XdgAutostartTest : public testing::Test {
  protected:
