@@ -23,13 +23,13 @@ namespace kestrow {
 class PillView final : public PillSurfaceClient {
  public:
   struct Palette {
-    static constexpr Rgb navy{14 / 255.0, 18 / 255.0, 32 / 255.0};
-    static constexpr Rgb black{0, 0, 0};
-    static constexpr Rgb white{1, 1, 1};
-    static constexpr Rgb amber{255 / 255.0, 182 / 255.0, 39 / 255.0};
-    static constexpr Rgb floodlight{255 / 255.0, 210 / 255.0, 63 / 255.0};
-    static constexpr Rgb ball{228 / 255.0, 34 / 255.0, 63 / 255.0};
-    static constexpr Rgb grey{0.55, 0.55, 0.55};
+    static constexpr RGB navy{14 / 255.0, 18 / 255.0, 32 / 255.0};
+    static constexpr RGB black{0, 0, 0};
+    static constexpr RGB white{1, 1, 1};
+    static constexpr RGB amber{255 / 255.0, 182 / 255.0, 39 / 255.0};
+    static constexpr RGB floodlight{255 / 255.0, 210 / 255.0, 63 / 255.0};
+    static constexpr RGB ball{228 / 255.0, 34 / 255.0, 63 / 255.0};
+    static constexpr RGB grey{0.55, 0.55, 0.55};
   };
 
   struct Style {

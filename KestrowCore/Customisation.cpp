@@ -6,23 +6,23 @@
 namespace kestrow {
 namespace {
 
-constexpr Rgb black(0x000000U);
-constexpr Rgb white(0xFFFFFFU);
+constexpr RGB black(0x000000U);
+constexpr RGB white(0xFFFFFFU);
 
 // In the order of the panel's list.
 constexpr std::array<TeamTheme, 12> themes{{
     {"default", "Default", black, white},
-    {"ind", "India", Rgb(0x0B4EA2U), white},
-    {"mi", "Mumbai Indians", Rgb(0x004BA0U), white},
-    {"csk", "Chennai Super Kings", Rgb(0xF9CD05U), black},
-    {"rcb", "Royal Challengers Bengaluru", Rgb(0xC8102EU), white},
-    {"kkr", "Kolkata Knight Riders", Rgb(0x3A225DU), white},
-    {"srh", "Sunrisers Hyderabad", Rgb(0xF26522U), white},
-    {"rr", "Rajasthan Royals", Rgb(0xEA1A85U), white},
-    {"dc", "Delhi Capitals", Rgb(0x17479EU), white},
-    {"pbks", "Punjab Kings", Rgb(0xDD1F2DU), white},
-    {"gt", "Gujarat Titans", Rgb(0x1B2133U), white},
-    {"lsg", "Lucknow Super Giants", Rgb(0x0057A8U), white},
+    {"ind", "India", RGB(0x0B4EA2U), white},
+    {"mi", "Mumbai Indians", RGB(0x004BA0U), white},
+    {"csk", "Chennai Super Kings", RGB(0xF9CD05U), black},
+    {"rcb", "Royal Challengers Bengaluru", RGB(0xC8102EU), white},
+    {"kkr", "Kolkata Knight Riders", RGB(0x3A225DU), white},
+    {"srh", "Sunrisers Hyderabad", RGB(0xF26522U), white},
+    {"rr", "Rajasthan Royals", RGB(0xEA1A85U), white},
+    {"dc", "Delhi Capitals", RGB(0x17479EU), white},
+    {"pbks", "Punjab Kings", RGB(0xDD1F2DU), white},
+    {"gt", "Gujarat Titans", RGB(0x1B2133U), white},
+    {"lsg", "Lucknow Super Giants", RGB(0x0057A8U), white},
 }};
 
 constexpr const char* themeKey = "theme";
@@ -46,7 +46,7 @@ const TeamTheme& TeamTheme::named(const std::optional<std::string>& teamId) {
   return found == themes.end() ? standard() : *found;
 }
 
-std::optional<Rgb> TeamTheme::accent() const {
+std::optional<RGB> TeamTheme::accent() const {
   if (teamId == standard().teamId) return std::nullopt;
   return background;
 }

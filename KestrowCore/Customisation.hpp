@@ -12,27 +12,27 @@
 namespace kestrow {
 
 // An opaque sRGB colour; each component 0 to 1.
-struct Rgb {
+struct RGB {
   double red = 0;
   double green = 0;
   double blue = 0;
 
-  constexpr Rgb() = default;
-  constexpr Rgb(double r, double g, double b) : red(r), green(g), blue(b) {}
+  constexpr RGB() = default;
+  constexpr RGB(double r, double g, double b) : red(r), green(g), blue(b) {}
   // From a 24-bit colour number, red first (0xRRGGBB); the top byte is ignored.
-  constexpr explicit Rgb(std::uint32_t number)
+  constexpr explicit RGB(std::uint32_t number)
       : red(((number >> 16U) & 0xFFU) / 255.0),
         green(((number >> 8U) & 0xFFU) / 255.0),
         blue((number & 0xFFU) / 255.0) {}
 
-  bool operator==(const Rgb&) const = default;
+  bool operator==(const RGB&) const = default;
 };
 
 struct TeamTheme {
   std::string_view teamId;
   std::string_view name;
-  Rgb background;
-  Rgb foreground;
+  RGB background;
+  RGB foreground;
 
   static const TeamTheme& standard();           // the default theme: black and white
   static std::span<const TeamTheme> palette();  // in the order of the panel, standard first
@@ -41,7 +41,7 @@ struct TeamTheme {
   static const TeamTheme& named(const std::optional<std::string>& teamId);
 
   // The colour of accents; none in the standard theme.
-  std::optional<Rgb> accent() const;
+  std::optional<RGB> accent() const;
 
   bool operator==(const TeamTheme&) const = default;
 };

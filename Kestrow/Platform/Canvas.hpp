@@ -13,7 +13,7 @@
 namespace kestrow {
 
 struct Color {
-  Rgb rgb;
+  RGB rgb;
   double alpha = 1;
   bool operator==(const Color&) const = default;
 };

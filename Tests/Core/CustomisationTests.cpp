@@ -15,17 +15,17 @@ namespace {
 using Stored = std::map<std::string, std::string>;
 
 TEST(RgbColour, IsMadeFromAColourNumberByteByByte) {
-  const Rgb colour(0x0B4EA2U);
+  const RGB colour(0x0B4EA2U);
   EXPECT_EQ(colour.red, 0x0B / 255.0);
   EXPECT_EQ(colour.green, 0x4E / 255.0);
   EXPECT_EQ(colour.blue, 0xA2 / 255.0);
-  EXPECT_EQ(Rgb(0x000000U), Rgb(0, 0, 0));
-  EXPECT_EQ(Rgb(0xFFFFFFU), Rgb(1, 1, 1));
-  EXPECT_EQ(Rgb(), Rgb(0, 0, 0));
+  EXPECT_EQ(RGB(0x000000U), RGB(0, 0, 0));
+  EXPECT_EQ(RGB(0xFFFFFFU), RGB(1, 1, 1));
+  EXPECT_EQ(RGB(), RGB(0, 0, 0));
 }
 
 TEST(RgbColour, IgnoresTheTopByte) {
-  EXPECT_EQ(Rgb(0xAB123456U), Rgb(0x00123456U));
+  EXPECT_EQ(RGB(0xAB123456U), RGB(0x00123456U));
 }
 
 TEST(TeamThemes, AreTheTwelveOfThePanelInOrder) {
@@ -49,15 +49,15 @@ TEST(TeamThemes, AreTheTwelveOfThePanelInOrder) {
     const auto& [id, name, background, foreground] = expected[i];
     EXPECT_EQ(palette[i].teamId, id);
     EXPECT_EQ(palette[i].name, name);
-    EXPECT_EQ(palette[i].background, Rgb(background)) << id;
-    EXPECT_EQ(palette[i].foreground, Rgb(foreground)) << id;
+    EXPECT_EQ(palette[i].background, RGB(background)) << id;
+    EXPECT_EQ(palette[i].foreground, RGB(foreground)) << id;
   }
   EXPECT_EQ(palette.front(), TeamTheme::standard());
 }
 
 TEST(TeamThemes, AreFoundByTheirExactId) {
-  EXPECT_EQ(TeamTheme::named("csk").foreground, Rgb(0, 0, 0));
-  EXPECT_EQ(TeamTheme::named("csk").background, Rgb(0xF9CD05U));
+  EXPECT_EQ(TeamTheme::named("csk").foreground, RGB(0, 0, 0));
+  EXPECT_EQ(TeamTheme::named("csk").background, RGB(0xF9CD05U));
   EXPECT_EQ(TeamTheme::named("CSK"), TeamTheme::standard());
   EXPECT_EQ(TeamTheme::named("csk "), TeamTheme::standard());
   EXPECT_EQ(TeamTheme::named(""), TeamTheme::standard());
@@ -69,7 +69,7 @@ TEST(TeamThemes, AreFoundByTheirExactId) {
 
 TEST(TeamThemes, HaveTheirBackgroundAsAccentButForTheStandardOne) {
   EXPECT_EQ(TeamTheme::standard().accent(), std::nullopt);
-  EXPECT_EQ(TeamTheme::named("gt").accent(), Rgb(0x1B2133U));
+  EXPECT_EQ(TeamTheme::named("gt").accent(), RGB(0x1B2133U));
   for (const TeamTheme& theme : TeamTheme::palette().subspan(1)) {
     EXPECT_EQ(theme.accent(), theme.background);
   }

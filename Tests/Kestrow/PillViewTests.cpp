@@ -18,10 +18,10 @@ using Status = PillContent::Status;
 Color white(double alpha) {
   return {{1, 1, 1}, alpha};
 }
-constexpr Rgb amber{1, 182 / 255.0, 39 / 255.0};
-constexpr Rgb floodlight{1, 210 / 255.0, 63 / 255.0};
-constexpr Rgb ball{228 / 255.0, 34 / 255.0, 63 / 255.0};
-constexpr Rgb grey{0.55, 0.55, 0.55};
+constexpr RGB amber{1, 182 / 255.0, 39 / 255.0};
+constexpr RGB floodlight{1, 210 / 255.0, 63 / 255.0};
+constexpr RGB ball{228 / 255.0, 34 / 255.0, 63 / 255.0};
+constexpr RGB grey{0.55, 0.55, 0.55};
 
 PillContent live() {
   PillContent content;
@@ -222,7 +222,7 @@ TEST_F(PillViewTest, AThemeHasAStripAlongTheBottomInsideTheShape) {
   ASSERT_EQ(calls.size(), 5U);
   EXPECT_TRUE(std::holds_alternative<Drawn::Gradient>(calls[0]));
   expectCall(calls[1], Drawn::PushClip{closed(outline(0, 0, 100, 24, 13))});
-  expectCall(calls[2], Drawn::Fill{Path::rect({0, 0, 100, 2}), {Rgb(0xF9CD05), 1}});
+  expectCall(calls[2], Drawn::Fill{Path::rect({0, 0, 100, 2}), {RGB(0xF9CD05), 1}});
   expectCall(calls[3], Drawn::PopClip{});
   EXPECT_TRUE(std::holds_alternative<Drawn::Stroke>(calls[4]));
 }
@@ -374,7 +374,7 @@ TEST_F(PillViewTest, TheWingsShareTheContentAndTheHousingStaysEmpty) {
 
 // The dot.
 
-DotAppearance expectedDot(const Rgb& color, double radius, double opacity, bool pulses) {
+DotAppearance expectedDot(const RGB& color, double radius, double opacity, bool pulses) {
   return {.frame = {},
           .cornerRadius = 3,
           .color = {color, 1},
@@ -435,7 +435,7 @@ TEST_F(PillViewTest, AnAlertHasNoDot) {
 TEST_F(PillViewTest, AThemeLightsTheDotFromBehind) {
   layOut(180);
   view_.setTheme(TeamTheme::named("csk"));
-  EXPECT_EQ(view_.dot()->shadowColor, (Color{Rgb(0xF9CD05), 1}));
+  EXPECT_EQ(view_.dot()->shadowColor, (Color{RGB(0xF9CD05), 1}));
   EXPECT_EQ(view_.dot()->color, (Color{ball, 1}));
 }
 
@@ -473,7 +473,7 @@ TEST_F(PillViewTest, EveryChangeAsksForANewPictureAndPlacesTheDot) {
   EXPECT_TRUE(record->dot);
   view_.setTheme(TeamTheme::named("csk"));
   EXPECT_EQ(record->redraws, 2);
-  EXPECT_EQ(record->dot->shadowColor, (Color{Rgb(0xF9CD05), 1}));
+  EXPECT_EQ(record->dot->shadowColor, (Color{RGB(0xF9CD05), 1}));
   view_.setEmphasis(PillEmphasis::flash);
   EXPECT_EQ(record->redraws, 3);
   view_.setContent(PillContent::boom("SIX!", "MI"));
