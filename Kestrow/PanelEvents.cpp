@@ -5,7 +5,7 @@
 namespace kestrow {
 
 void PanelController::radioButtonPicked(const std::string& id) {
-  pickMatch(id);
+  if (const auto match = panel_nodes::matchOf(id)) pickMatch(*match);
 }
 
 void PanelController::popUpChanged(const std::string& id, int selected) {

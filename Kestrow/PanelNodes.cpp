@@ -1,5 +1,8 @@
 #include "Kestrow/PanelNodes.hpp"
 
+#include <algorithm>
+#include <iterator>
+#include <map>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -15,6 +18,7 @@ constexpr double columnSpacing = 8;
 constexpr double listSpacing = 6;
 constexpr const char* matchesTitle = "Followed match";
 constexpr const char* logTitle = "Key moments";
+constexpr std::string_view matchPrefix = "match-";
 
 template <class Kind>
 PanelNode node(std::string_view id, Kind kind) {
@@ -50,15 +54,20 @@ std::vector<std::string> alertStyleNames() {
   return names;
 }
 
-void add(std::vector<PanelNode>& nodes, const PickerSection& section,
-         const std::optional<std::string>& followedId) {
-  nodes.push_back(node("section-" + section.title, PanelSectionTitle{section.title}));
-  for (const auto& row : section.rows) {
-    nodes.push_back(
-        node(row.id, PanelRadioButton{.title = shown(row.teams),
-                                      .detail = shown(row.competition + " · " + row.detail),
-                                      .isOn = followedId == row.id}));
+std::vector<PanelNode> sectionNodes(const std::vector<PickerSection>& sections,
+                                    const std::optional<std::string>& followedId) {
+  std::vector<PanelNode> nodes;
+  std::map<std::string_view, int> seen;
+  for (const auto& section : sections) {
+    nodes.push_back(node("section-" + section.title, PanelSectionTitle{section.title}));
+    for (const auto& row : section.rows) {
+      nodes.push_back(node(idOfMatch(row.id, ++seen[row.id]),
+                           PanelRadioButton{.title = shown(row.teams),
+                                            .detail = shown(row.competition + " · " + row.detail),
+                                            .isOn = followedId == row.id}));
+    }
   }
+  return nodes;
 }
 
 struct MatchNodes {
@@ -71,7 +80,7 @@ struct MatchNodes {
   }
   std::vector<PanelNode> operator()(const PickerState::Loaded& state) const {
     auto nodes = sampleNote(state.isSample);
-    for (const auto& section : state.sections) add(nodes, section, followedId);
+    std::ranges::move(sectionNodes(state.sections, followedId), std::back_inserter(nodes));
     return nodes;
   }
   std::vector<PanelNode> operator()(const PickerState::Loading& /*state*/) const {
@@ -144,6 +153,17 @@ PanelNode matches(const PickerState& state, const std::optional<std::string>& fo
   return node("matches", PanelBox{.name = matchesTitle,
                                   .spacing = listSpacing,
                                   .nodes = std::visit(MatchNodes{followedId}, state.value)});
+}
+
+std::string idOfMatch(std::string_view matchId, int occurrence) {
+  std::string id(matchPrefix);
+  return id.append(std::to_string(occurrence)).append(":").append(matchId);
+}
+
+std::optional<std::string> matchOf(std::string_view nodeId) {
+  const auto colon = nodeId.find(':');
+  if (!nodeId.starts_with(matchPrefix) || colon == std::string_view::npos) return std::nullopt;
+  return std::string(nodeId.substr(colon + 1));
 }
 
 PanelNode log(const KeyMomentsLog& log) {

@@ -24,7 +24,7 @@ struct PanelState {
   bool operator==(const PanelState&) const = default;
 };
 
-// The controls that the user can change something with. A match's radio button has the match's id.
+// The controls that the user can change something with, besides the matches (see idOfMatch).
 struct PanelId {
   static constexpr std::string_view retry = "retry";
   static constexpr std::string_view theme = "theme";
@@ -48,6 +48,13 @@ PanelNode tree(const PanelState& state, bool canExcludeFromCaptures);
 
 // The match picker. The radio button of `followedId` is on, whatever the rows say.
 PanelNode matches(const PickerState& state, const std::optional<std::string>& followedId);
+
+// The id of a match's radio button. Match ids come from the service, which may send one twice or
+// one that is another control's id; the prefix and the occurrence, counted from 1, keep them apart.
+std::string idOfMatch(std::string_view matchId, int occurrence = 1);
+
+// The match that a radio button stands for; nothing when the id is not a match's.
+std::optional<std::string> matchOf(std::string_view nodeId);
 
 // The key moments, newest first.
 PanelNode log(const KeyMomentsLog& log);

@@ -134,7 +134,10 @@ Rect PanelController::frameFor(std::span<const Screen> screens, const std::optio
 }
 
 void PanelController::pickMatch(const std::string& id) {
-  if (id.empty()) return;
+  if (id.empty()) {
+    update();  // takes the control's mark back
+    return;
+  }
   picker_.followedId = id;
   poller_.follow(id);
   refreshPicker();

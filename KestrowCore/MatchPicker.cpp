@@ -16,8 +16,9 @@ std::vector<const Match*> byStartTime(const std::vector<Match>& matches) {
   std::vector<const Match*> ordered;
   ordered.reserve(matches.size());
   for (const auto& match : matches) ordered.push_back(&match);
-  std::ranges::stable_sort(
-      ordered, {}, [](const Match* match) { return match->startTime.value_or(Date::max()); });
+  std::ranges::stable_sort(ordered, {}, [](const Match* match) {
+    return std::pair(!match->startTime.has_value(), match->startTime);
+  });
   return ordered;
 }
 

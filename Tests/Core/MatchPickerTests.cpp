@@ -90,6 +90,12 @@ TEST(PickerState, OrdersByStartTimeThenAsListedWithUndatedMatchesLast) {
   EXPECT_THAT(ids(made.at(1)), ElementsAre("early", "same1", "same2", "late", "none1", "none2"));
 }
 
+TEST(PickerState, EvenTheLastOfAllDatesComesBeforeNone) {
+  const auto made = sections(
+      build({.upcoming = {upcoming("none", std::nullopt), upcoming("last", Date::max())}}));
+  EXPECT_THAT(ids(made.at(0)), ElementsAre("last", "none"));
+}
+
 TEST(PickerState, AnUndatedUpcomingMatchShowsItsTrimmedStatus) {
   auto undated = upcoming("a", std::nullopt);
   undated.status = "\t Toss delayed \n ";

@@ -3,10 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <utility>
 
+#include "Kestrow/PanelNodes.hpp"
 #include "KestrowCore/BoomEventCoding.hpp"
 #include "KestrowCore/MatchCoding.hpp"
 #include "Tests/Support/FakeDesktop.hpp"
@@ -27,35 +29,6 @@ using namespace std::chrono_literals;
 constexpr std::string_view matchesPath = "/api/matches";
 constexpr std::string_view eventsPath = "/api/pro/match";
 constexpr std::string_view installPath = "/api/install";
-
-// What became of the panel's window.
-struct PanelRecord {
-  bool isVisible = false;
-  int shows = 0;
-  int contents = 0;
-  PanelSurfaceClient* client = nullptr;
-};
-
-class RecordingPanelSurface final : public PanelSurface {
- public:
-  explicit RecordingPanelSurface(PanelRecord& record) : record_(record) {}
-
-  void setContent(const PanelNode& /*root*/) override { ++record_.contents; }
-  double fittingHeight() override { return 300; }
-  void setFrame(const Rect& /*frame*/) override {}
-  bool isVisible() const override { return record_.isVisible; }
-  bool isKey() const override { return record_.isVisible; }
-  void showAndMakeKey() override {
-    record_.isVisible = true;
-    ++record_.shows;
-  }
-  void orderOut() override { record_.isVisible = false; }
-  void installMonitors() override {}
-  void removeMonitors() override {}
-
- private:
-  PanelRecord& record_;
-};
 
 class NoLoginService final : public LoginService {
  public:
@@ -80,13 +53,6 @@ Match liveMatch(std::int64_t runs = 45) {
 
 class AppDelegateTest : public testing::Test {
  protected:
-  AppDelegateTest() {
-    desktop_.panelSurfaceMaker = [this](PanelSurfaceClient& client) {
-      panel_.client = &client;
-      return std::make_unique<RecordingPanelSurface>(panel_);
-    };
-  }
-
   void follow(const std::string& id) const {
     ASSERT_TRUE(LocalStore(folder_.path()).setFollowedMatchId(id));
   }
@@ -139,6 +105,8 @@ class AppDelegateTest : public testing::Test {
     answerEvents(newest, std::move(events));
   }
 
+  PanelSurfaceRecord& panel() const { return *desktop_.panels.at(0); }
+  auto timesShown() const { return std::ranges::count(panel().calls, "show"); }
   std::string pillText() const { return desktop_.surface()->client->accessibilityLabel(); }
 
   TemporaryFolder folder_;
@@ -148,7 +116,6 @@ class AppDelegateTest : public testing::Test {
   HeldTransport http_;
   FakeDesktop desktop_;
   FakeDefaults defaults_;
-  PanelRecord panel_;
   std::unique_ptr<AppDelegate> delegate_;
 };
 
@@ -166,7 +133,7 @@ TEST_F(AppDelegateTest, RenderingBeforeLaunchDoesNothing) {
   delegate_->applicationShouldHandleReopen();
   EXPECT_THAT(desktop_.surfaces, IsEmpty());
   EXPECT_THAT(mainThread_.delays(), IsEmpty());
-  EXPECT_EQ(panel_.shows, 0);
+  EXPECT_THAT(desktop_.panels, IsEmpty());
 }
 
 TEST_F(AppDelegateTest, ReportsTheInstallationOnceWithItsIdAndWaitsForNothing) {
@@ -434,30 +401,30 @@ TEST_F(AppDelegateTest, ThreeMissesMakeTheScoreStaleAndASuccessBringsItBack) {
 
 TEST_F(AppDelegateTest, AClickOpensThePanel) {
   launch();
-  EXPECT_EQ(panel_.shows, 0);
+  EXPECT_THAT(desktop_.panels, IsEmpty());
   desktop_.surface()->client->click();
-  EXPECT_EQ(panel_.shows, 1);
-  EXPECT_TRUE(panel_.isVisible);
+  EXPECT_EQ(timesShown(), 1);
+  EXPECT_TRUE(panel().isVisible);
 }
 
 TEST_F(AppDelegateTest, AnotherClickClosesThePanel) {
   launch();
   desktop_.surface()->client->click();
   desktop_.surface()->client->click();
-  EXPECT_FALSE(panel_.isVisible);
+  EXPECT_FALSE(panel().isVisible);
 }
 
 TEST_F(AppDelegateTest, OpeningTheProgramAgainLeavesAnOpenPanelOpen) {
   launch();
   desktop_.surface()->client->click();
   desktop_.reopen.notify();
-  EXPECT_TRUE(panel_.isVisible);
+  EXPECT_TRUE(panel().isVisible);
 }
 
 TEST_F(AppDelegateTest, OpeningTheProgramAgainOpensThePanel) {
   launch();
   desktop_.reopen.notify();
-  EXPECT_EQ(panel_.shows, 1);
+  EXPECT_EQ(timesShown(), 1);
   EXPECT_EQ(desktop_.surfaces.size(), 1U);
   EXPECT_TRUE(defaults_.values.empty());
 }
@@ -470,21 +437,21 @@ TEST_F(AppDelegateTest, OpeningTheProgramAgainBringsAHiddenPillBack) {
   ASSERT_TRUE(desktop_.surface());
   EXPECT_EQ(desktop_.surface()->moves.back().duration, 0s);
   EXPECT_FALSE(defaults_.boolean(DefaultsKey::pillHidden));
-  EXPECT_EQ(panel_.shows, 1);
+  EXPECT_EQ(timesShown(), 1);
 }
 
 TEST_F(AppDelegateTest, AnOpenPanelFollowsTheStateAndAClosedOneIsLeftAlone) {
   launchIntoLiveMatch();
   delegate_->render();
-  EXPECT_EQ(panel_.contents, 0);
+  EXPECT_THAT(desktop_.panels, IsEmpty());
   desktop_.reopen.notify();
-  const int contents = panel_.contents;
+  const int contents = panel().contentsSet;
   delegate_->render();
-  EXPECT_GT(panel_.contents, contents);
-  panel_.isVisible = false;
-  const int closed = panel_.contents;
+  EXPECT_GT(panel().contentsSet, contents);
+  panel().isVisible = false;
+  const int closed = panel().contentsSet;
   delegate_->render();
-  EXPECT_EQ(panel_.contents, closed);
+  EXPECT_EQ(panel().contentsSet, closed);
 }
 
 TEST_F(AppDelegateTest, PickingAMatchShowsItKeepsItAndPollsAtOnce) {
@@ -492,7 +459,7 @@ TEST_F(AppDelegateTest, PickingAMatchShowsItKeepsItAndPollsAtOnce) {
   answerMatches({liveMatch()});
   desktop_.reopen.notify();
   const auto asked = http_.requests(matchesPath).size();
-  panel_.client->radioButtonPicked("m1");
+  panel().client->radioButtonPicked(panel_nodes::idOfMatch("m1"));
   EXPECT_THAT(pillText(), HasSubstr("45/1"));
   EXPECT_EQ(LocalStore(folder_.path()).followedMatchId(), "m1");
   EXPECT_EQ(http_.requests(matchesPath).size(), asked + 1);

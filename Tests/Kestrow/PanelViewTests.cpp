@@ -11,7 +11,6 @@
 #include "KestrowCore/Task.hpp"
 #include "Tests/Support/FakeDesktop.hpp"
 #include "Tests/Support/ManualMainThread.hpp"
-#include "Tests/Support/RecordingPanelSurface.hpp"
 #include "Tests/Support/Records.hpp"
 #include "Tests/Support/TemporaryFolder.hpp"
 
@@ -51,18 +50,11 @@ class FakeLoginService final : public LoginService {
 
 class PanelControllerTest : public testing::Test {
  protected:
-  PanelControllerTest() {
-    desktop_.excludesFromCaptures = true;
-    desktop_.panelSurfaceMaker = [this](PanelSurfaceClient& client) {
-      ++surfacesMade_;
-      surface_->client = &client;
-      return std::make_unique<RecordingPanelSurface>(surface_);
-    };
-  }
+  PanelControllerTest() { desktop_.excludesFromCaptures = true; }
 
   PanelController& panel() { return *panel_; }
-  PanelSurfaceRecord& surface() { return *surface_; }
-  PanelSurfaceClient& client() { return *surface_->client; }
+  PanelSurfaceRecord& surface() { return *desktop_.panels.at(0); }
+  PanelSurfaceClient& client() { return *surface().client; }
 
   void answer(Answer response) {
     ASSERT_FALSE(loads_.empty());
@@ -72,13 +64,16 @@ class PanelControllerTest : public testing::Test {
     panel().show();
     answer(records::live({records::match("m1"), records::match("m2")}));
   }
+  void pick(std::string_view matchId, int occurrence = 1) {
+    client().radioButtonPicked(panel_nodes::idOfMatch(matchId, occurrence));
+  }
   const PanelCheckBox& checkBox(std::string_view id) { return *surface().find<PanelCheckBox>(id); }
   int selected(std::string_view id) { return surface().find<PanelPopUp>(id)->selected; }
   std::vector<std::string> matchesOn() {
     std::vector<std::string> ids;
     for (const auto& node : surface().find<PanelBox>("matches")->nodes) {
       const auto* radio = std::get_if<PanelRadioButton>(&node.kind);
-      if (radio && radio->isOn) ids.push_back(node.id);
+      if (radio && radio->isOn) ids.push_back(panel_nodes::matchOf(node.id).value());
     }
     return ids;
   }
@@ -105,21 +100,19 @@ class PanelControllerTest : public testing::Test {
   MatchPicker picker_{[this] { return loads_.emplace_back().task(); }, std::nullopt,
                       [](Date) { return std::string("soon"); }};
   LoginItem loginItem_{std::make_unique<FakeLoginService>(login_), nullptr};
-  std::shared_ptr<PanelSurfaceRecord> surface_ = std::make_shared<PanelSurfaceRecord>();
-  int surfacesMade_ = 0;
   std::unique_ptr<PanelController> panel_ = std::make_unique<PanelController>(
       store_, poller_, pro_, pill_, picker_, loginItem_, [this] { renders_.emplace_back("pill"); },
       defaults_, desktop_);
 };
 
 TEST_F(PanelControllerTest, HasNoWindowUntilItIsShown) {
-  EXPECT_EQ(surfacesMade_, 0);
+  EXPECT_THAT(desktop_.panels, IsEmpty());
   EXPECT_FALSE(panel().isVisible());
   panel().refresh();
   panel().refreshPicker();
   panel().close();
   EXPECT_FALSE(panel().escapePressed());
-  EXPECT_EQ(surfacesMade_, 0);
+  EXPECT_THAT(desktop_.panels, IsEmpty());
 }
 
 TEST_F(PanelControllerTest, OpensInPlaceWithTheKeyboardAndWatches) {
@@ -136,7 +129,7 @@ TEST_F(PanelControllerTest, EveryOpeningLoadsAnewInTheSameWindow) {
   openWithMatches();
   panel().close();
   panel().show();
-  EXPECT_EQ(surfacesMade_, 1);
+  EXPECT_THAT(desktop_.panels, SizeIs(1));
   EXPECT_THAT(loads_, SizeIs(2));
   EXPECT_EQ(pickerText(), "Loading matches…");
 }
@@ -214,7 +207,7 @@ TEST_F(PanelControllerTest, ThePollersMatchCountsNotTheOneOfTheLoad) {
 TEST_F(PanelControllerTest, PickingAMatchFollowsStoresAndShowsIt) {
   poller_.follow("m1");
   openWithMatches();
-  client().radioButtonPicked("m2");
+  pick("m2");
   EXPECT_EQ(poller_.state().followedMatchId, "m2");
   EXPECT_EQ(store_.followedMatchId(), "m2");
   EXPECT_EQ(picker_.followedId, "m2");
@@ -222,11 +215,39 @@ TEST_F(PanelControllerTest, PickingAMatchFollowsStoresAndShowsIt) {
   EXPECT_TRUE(panel().isVisible());
 }
 
-TEST_F(PanelControllerTest, APickWithoutAnIdIsIgnored) {
+TEST_F(PanelControllerTest, APickThatIsNoMatchIsIgnored) {
   poller_.follow("m1");
   openWithMatches();
-  client().radioButtonPicked("");
+  for (const char* id : {"", "m2", "quit"}) client().radioButtonPicked(id);
   EXPECT_EQ(poller_.state().followedMatchId, "m1");
+}
+
+TEST_F(PanelControllerTest, APickWithoutAMatchIdIsTakenBack) {
+  poller_.follow("m1");
+  openWithMatches();
+  const auto before = surface().contentsSet;
+  pick("");
+  EXPECT_EQ(poller_.state().followedMatchId, "m1");
+  EXPECT_GT(surface().contentsSet, before) << "the control must be told";
+}
+
+TEST_F(PanelControllerTest, AMatchThatIsListedTwiceCanBePickedInEitherRow) {
+  panel().show();
+  answer(records::live({records::match("m1"), records::match("m2"), records::match("m1")}));
+  pick("m1", 2);
+  EXPECT_EQ(poller_.state().followedMatchId, "m1");
+  EXPECT_THAT(matchesOn(), ElementsAre("m1", "m1"));
+  pick("m2");
+  EXPECT_THAT(matchesOn(), ElementsAre("m2"));
+}
+
+TEST_F(PanelControllerTest, AMatchMayHaveTheIdOfAnotherControl) {
+  panel().show();
+  answer(records::live({records::match("quit"), records::match("section-Live")}));
+  pick("quit");
+  EXPECT_EQ(desktop_.quits, 0);
+  EXPECT_EQ(poller_.state().followedMatchId, "quit");
+  EXPECT_THAT(matchesOn(), ElementsAre("quit"));
 }
 
 TEST_F(PanelControllerTest, AFailedLoadOffersToRetry) {

@@ -16,6 +16,7 @@
 #include "Kestrow/Platform/PillSurface.hpp"
 #include "Kestrow/Platform/UserDefaults.hpp"
 #include "Tests/Support/RecordingCanvas.hpp"
+#include "Tests/Support/RecordingPanelSurface.hpp"
 
 namespace kestrow {
 
@@ -81,8 +82,7 @@ class FakeDesktop : public Desktop {
   bool reducesMotion = false;
   bool excludesFromCaptures = false;
   std::vector<std::shared_ptr<PillSurfaceRecord>> surfaces;  // in the order of making
-  // A test with a panel says what shows it.
-  std::function<std::unique_ptr<PanelSurface>(PanelSurfaceClient&)> panelSurfaceMaker;
+  std::vector<std::shared_ptr<PanelSurfaceRecord>> panels;   // likewise
   std::vector<std::string> announcements;
   std::vector<std::string> logLines;
   int quits = 0;
@@ -109,7 +109,9 @@ class FakeDesktop : public Desktop {
     return std::make_unique<RecordingPillSurface>(surfaces.back());
   }
   std::unique_ptr<PanelSurface> makePanelSurface(PanelSurfaceClient& client) override {
-    return panelSurfaceMaker(client);
+    panels.push_back(std::make_shared<PanelSurfaceRecord>());
+    panels.back()->client = &client;
+    return std::make_unique<RecordingPanelSurface>(panels.back());
   }
   TextMeasurer& textMeasurer() override { return measurer; }
   bool reduceMotion() const override { return reducesMotion; }
