@@ -10,6 +10,8 @@ namespace {
 
 constexpr std::string_view mainGroup = "[Desktop Entry]";
 constexpr std::string_view expandedInQuotes = "\"`$\\";
+// Runs what follows as it is.
+constexpr std::string_view runner = "nice -n 0 ";
 
 std::string_view trimmed(std::string_view line) {
   return text::trimmed(line, text::WhiteSpace::withLineBreaks);
@@ -57,8 +59,14 @@ void take(std::string& argument, std::string_view exec, std::size_t& i) {
 
 std::string value(std::string_view text) {
   std::string result;
-  for (const char c : text) {
-    switch (c) {
+  const auto begin = text.find_first_not_of(' ');
+  const auto end = text.find_last_not_of(' ');
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    switch (const char c = text[i]) {
+      case ' ':
+        // Readers take spaces at the ends for none of the text.
+        result += i < begin || i > end ? "\\s" : " ";
+        break;
       case '\\':
         result += "\\\\";
         break;
@@ -79,7 +87,10 @@ std::string value(std::string_view text) {
 }
 
 std::string exec(std::string_view program) {
-  std::string quoted = "\"";
+  // Desktops look for the line's first word before they read "%%" as a percent sign, and drop an
+  // entry without finding it. So such a program is run by one that they find.
+  std::string quoted(program.contains('%') ? runner : "");
+  quoted += '"';
   for (const char c : program) {
     if (expandedInQuotes.contains(c)) quoted += '\\';
     if (c == '%') quoted += '%';

@@ -9,11 +9,12 @@
 
 namespace kestrow::desktop_entry {
 
-// A text as the value of a key: backslashes and line breaks escaped.
+// A text as the value of a key: backslashes, line breaks and the spaces at its ends escaped.
 std::string value(std::string_view text);
 
 // A program's path as an Exec key's value that runs it without arguments: quoted, with the
-// characters escaped that a desktop would expand, and then escaped as a value.
+// characters escaped that a desktop would expand, and then escaped as a value. The line of a path
+// with a percent sign begins with another program, which runs it.
 std::string exec(std::string_view program);
 
 // The keys of the entry's main group, values unescaped. Lines that are neither are skipped; of a

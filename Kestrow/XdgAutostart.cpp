@@ -47,15 +47,20 @@ bool isSwitchedOff(const desktop_entry::Keys& keys) {
   });
 }
 
-bool pointsAtProgram(const desktop_entry::Keys& keys) {
+bool isThere(const std::filesystem::path& program) {
+  if (!program.is_absolute()) return true;  // the desktop looks it up in its own search path
+  std::error_code ignored;
+  return std::filesystem::is_regular_file(program, ignored) && ::access(program.c_str(), X_OK) == 0;
+}
+
+// A desktop starts an entry whose program it finds, and only where the one that the entry is about
+// is there too.
+bool startsProgram(const desktop_entry::Keys& keys) {
   const auto exec = keys.find("Exec");
   if (exec == keys.end()) return false;
   const auto program = desktop_entry::program(exec->second);
-  if (!program) return false;
-  const std::filesystem::path path(*program);
-  if (!path.is_absolute()) return true;  // the desktop looks it up in its own search path
-  std::error_code ignored;
-  return std::filesystem::is_regular_file(path, ignored) && ::access(path.c_str(), X_OK) == 0;
+  const auto about = keys.find("TryExec");
+  return program && isThere(*program) && (about == keys.end() || isThere(about->second));
 }
 
 std::unexpected<LoginError> failure(const std::error_code& cause) {
@@ -95,7 +100,7 @@ LoginServiceStatus XdgAutostart::status() const {
   if (!entry) return LoginServiceStatus::notRegistered;
   const auto keys = desktop_entry::parse(*entry);
   if (isSwitchedOff(keys)) return LoginServiceStatus::notRegistered;
-  return pointsAtProgram(keys) ? LoginServiceStatus::enabled : LoginServiceStatus::notFound;
+  return startsProgram(keys) ? LoginServiceStatus::enabled : LoginServiceStatus::notFound;
 }
 
 std::optional<std::string> XdgAutostart::systemEntry() const {
@@ -111,7 +116,8 @@ std::expected<void, LoginError> XdgAutostart::registerItem() {
     return std::unexpected(LoginError{.description = "the program's path is not UTF-8"});
   }
   return write("Type=Application\nName=" + std::string(identity::name) +
-               "\nComment=Follow one live cricket match\nExec=" + desktop_entry::exec(program) +
+               "\nComment=Follow one live cricket match\nTryExec=" + desktop_entry::value(program) +
+               "\nExec=" + desktop_entry::exec(program) +
                "\nTerminal=false\nX-GNOME-Autostart-enabled=true\n");
 }
 

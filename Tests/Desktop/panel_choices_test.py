@@ -1,8 +1,11 @@
 """What is chosen in the panel takes effect, and lasts."""
+import shutil
+
 from harness.panel import PanelTest
 from harness.picture import is_dark
 from harness.processes import wait_until
 from harness.scores import event, fixture, match
+from harness.session import PROGRAM
 from harness.testcase import main
 
 LIVE = [match("m1"), match("m2", "India", "Australia", shorts=("IND", "AUS"), score=(88, 1, 9.0))]
@@ -115,12 +118,29 @@ class PanelChoices(PanelTest):
         self.click(self.wait_for("check box", "Launch at login"))
         wait_until(self.entry().exists, "the entry")
         self.wait_for_login("On")
-        self.session.run("/usr/bin/python3", "-c", "import sys; from gi.repository import Gio; "
-                         "assert Gio.DesktopAppInfo.new_from_filename(sys.argv[1])",
-                         str(self.entry()))
         self.click(self.control("check box", "Launch at login"))
         wait_until(lambda: not self.entry().exists(), "the entry has gone")
         self.wait_for_login("Off")
+
+    def test_the_entry_starts_the_program_wherever_it_is(self):
+        self.prepare(live=LIVE)
+        program = self.session.folder / 'My "100%" of $HOME; `id`' / "%f \\ é = 'x' " / "kestrow"
+        program.parent.mkdir(parents=True)
+        shutil.copy(PROGRAM, program)
+        self.session.start_program(program)
+        self.open_panel()
+        self.click(self.wait_for("check box", "Launch at login"))
+        self.wait_for_login("On")
+        self.click(self.control("push button", "Quit Kestrow"))
+        self.session.program.wait(10)
+        launch = "Gio.DesktopAppInfo.new_from_filename(sys.argv[1]).launch([], None)"
+        self.session.processes.start(
+            "login", ["/usr/bin/python3", "-c", "import sys; from gi.repository import Gio; " +
+                      launch, str(self.entry())], self.session.environment)
+        wait_until(lambda: any(line.startswith(str(program))
+                               for line in self.session.command_lines()), "the program")
+        self.open_panel()
+        self.wait_for_login("On")
 
     def test_an_entry_switched_off_elsewhere_shows_as_off(self):
         self.launch(live=LIVE)

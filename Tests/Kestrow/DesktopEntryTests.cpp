@@ -14,6 +14,12 @@ TEST(DesktopEntry, AValueKeepsItsBackslashesAndLineBreaks) {
   EXPECT_EQ(desktop_entry::value("a\\b\nc\rd\te"), R"(a\\b\nc\rd\te)");
 }
 
+TEST(DesktopEntry, AValueKeepsTheSpacesAtItsEnds) {
+  EXPECT_EQ(desktop_entry::value("  a  b "), R"(\s\sa  b\s)");
+  EXPECT_EQ(desktop_entry::value("  "), R"(\s\s)");
+  EXPECT_EQ(desktop_entry::value(""), "");
+}
+
 TEST(DesktopEntry, AProgramsPathIsQuotedAsAWhole) {
   EXPECT_EQ(desktop_entry::exec("/usr/bin/kestrow"), R"("/usr/bin/kestrow")");
   EXPECT_EQ(desktop_entry::exec("/opt/My Programs/kestrow"), R"("/opt/My Programs/kestrow")");
@@ -24,7 +30,12 @@ TEST(DesktopEntry, WhatADesktopWouldExpandIsEscapedAndThenEscapedAsAValue) {
   EXPECT_EQ(desktop_entry::exec("a$b"), R"("a\\$b")");
   EXPECT_EQ(desktop_entry::exec("a`b"), R"("a\\`b")");
   EXPECT_EQ(desktop_entry::exec("a\\b"), R"("a\\\\b")");
-  EXPECT_EQ(desktop_entry::exec("100%"), R"("100%%")");
+}
+
+// Desktops would look for a program whose name has two percent signs.
+TEST(DesktopEntry, AProgramWithAPercentSignIsRunByAnother) {
+  EXPECT_EQ(desktop_entry::exec("/100%/a b"), R"(nice -n 0 "/100%%/a b")");
+  EXPECT_EQ(desktop_entry::program(desktop_entry::exec("/100%")), "nice");
 }
 
 TEST(DesktopEntry, ReadsTheKeysOfTheMainGroupAlone) {
@@ -62,11 +73,14 @@ TEST(DesktopEntry, ALineWithoutAProgramTellsNone) {
 }
 
 TEST(DesktopEntry, AnyPathComesBackAsItWas) {
-  for (const std::string path : {"/a b/c", "/a\"b", "/a$HOME", "/a`id`", "/a\\b", "/a\\\\", "/100%",
-                                 "/%f %%u", "/é–漢", "/tab\there", "/line\nbreak", "/a;b#c='d'"}) {
+  for (const std::string path : {"/a b/c", "/a\"b", "/a$HOME", "/a`id`", "/a\\b", "/a\\\\", "/ a ",
+                                 "/é–漢", "/tab\there", "/line\nbreak", "/a;b#c='d'"}) {
     const auto keys =
         desktop_entry::parse("[Desktop Entry]\nExec=" + desktop_entry::exec(path) + "\n");
     EXPECT_EQ(desktop_entry::program(keys.at("Exec")), path);
+    const auto plain =
+        desktop_entry::parse("[Desktop Entry]\nTryExec=" + desktop_entry::value(path) + "\n");
+    EXPECT_EQ(plain.at("TryExec"), path);
   }
 }
 

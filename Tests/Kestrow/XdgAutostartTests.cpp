@@ -51,7 +51,8 @@ TEST_F(XdgAutostartTest, RegisteringWritesAnEntryThatStartsTheProgram) {
   EXPECT_EQ(autostart_.fileUrl(), user_ / "org.kestrow.Kestrow.desktop");
   const auto content = fileContent(autostart_.fileUrl());
   EXPECT_THAT(content, testing::StartsWith("[Desktop Entry]\nType=Application\nName=Kestrow\n"));
-  EXPECT_THAT(content, HasSubstr("\nExec=\"" + folder_.path().string() +
+  EXPECT_THAT(content, HasSubstr("\nTryExec=" + program_.string() + "\n"));
+  EXPECT_THAT(content, HasSubstr("\nExec=nice -n 0 \"" + folder_.path().string() +
                                  R"(/My \\$HOME 100%%/kes\\"trow")" + "\n"));
   EXPECT_THAT(content, HasSubstr("\nTerminal=false\n"));
   EXPECT_THAT(content, HasSubstr("\nX-GNOME-Autostart-enabled=true\n"));
@@ -101,7 +102,9 @@ TEST_F(XdgAutostartTest, AnEntryWhoseProgramHasGoneStartsNothing) {
   EXPECT_EQ(autostart_.status(), LoginServiceStatus::notFound);
   std::filesystem::create_directory(program_);
   EXPECT_EQ(autostart_.status(), LoginServiceStatus::notFound);
-  entry("Name=Kestrow\n");
+  entry("Exec=/bin/sh\nTryExec=" + program_.string() + "\n");
+  EXPECT_EQ(autostart_.status(), LoginServiceStatus::notFound);
+  entry("Name=Kestrow\nTryExec=/bin/sh\n");
   EXPECT_EQ(autostart_.status(), LoginServiceStatus::notFound);
   entry("Exec=\"broken\n");
   EXPECT_EQ(autostart_.status(), LoginServiceStatus::notFound);

@@ -7,13 +7,17 @@ from .testcase import DesktopTest
 class PanelTest(DesktopTest):
     def launch(self, size=(1000, 900), compositor=False, **scores):
         """A session with the program in it; the service's answers are `self.scores`."""
+        self.prepare(size, compositor, **scores)
+        self.session.start_program()
+        self.session.pill()
+
+    def prepare(self, size=(1000, 900), compositor=False, **scores):
+        """All of that but the program."""
         self.session = self.open_session(size=size)
         self.session.start_window_manager()
         if compositor:
             self.session.start_compositor()
         self.serve(**scores)
-        self.session.start_program()
-        self.session.pill()
 
     def serve(self, **scores):
         self.scores = Scores(**scores)

@@ -240,9 +240,9 @@ class Session:
 
     # The program
 
-    def start_program(self, **more):
+    def start_program(self, file=PROGRAM, **more):
         self.program = self.processes.start(
-            "kestrow", [PROGRAM], self.environment | self.program_environment | more)
+            "kestrow", [str(file)], self.environment | self.program_environment | more)
         return self.program
 
     @property
