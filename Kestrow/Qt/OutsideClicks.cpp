@@ -1,5 +1,7 @@
 #include "Kestrow/Qt/OutsideClicks.hpp"
 
+#include "Kestrow/Qt/X11.hpp"
+
 #include <QApplication>
 #include <QGuiApplication>
 #include <QSocketNotifier>
@@ -20,12 +22,6 @@ namespace {
 
 constexpr std::uint32_t leftButton = 1;
 constexpr std::uint32_t rightButton = 3;
-
-struct Free {
-  void operator()(void* memory) const { std::free(memory); }  // NOLINT(*-no-malloc): xcb's own
-};
-template <class T>
-using Reply = std::unique_ptr<T, Free>;
 
 std::set<xcb_window_t> ownWindows() {
   std::set<xcb_window_t> windows;
@@ -49,7 +45,7 @@ OutsideClicks::OutsideClicks(std::function<void()> clicked) : clicked_(std::move
   if (xcb_connection_has_error(x) != 0) return;
 
   // Presses are reported from protocol 2.1 on whoever holds the pointer.
-  const Reply<xcb_input_xi_query_version_reply_t> version(
+  const x11::Reply<xcb_input_xi_query_version_reply_t> version(
       xcb_input_xi_query_version_reply(x, xcb_input_xi_query_version(x, 2, 2), nullptr));
   const auto* extension = xcb_get_extension_data(x, &xcb_input_id);
   if (!version || !extension || extension->present == 0) return;
@@ -80,7 +76,7 @@ OutsideClicks::~OutsideClicks() = default;
 
 void OutsideClicks::readEvents() {
   bool isPressed = false;
-  while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
+  while (const x11::Reply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
     if ((event->response_type & 0x7FU) != XCB_GE_GENERIC) continue;
     // NOLINTNEXTLINE(*-reinterpret-cast): the protocol's events share their beginning
     const auto* press = reinterpret_cast<const xcb_input_raw_button_press_event_t*>(event.get());
@@ -97,7 +93,7 @@ bool OutsideClicks::isOverOwnWindow() const {
   const auto own = ownWindows();
   for (xcb_window_t window = root_; window != XCB_WINDOW_NONE;) {
     if (own.contains(window)) return true;
-    const Reply<xcb_query_pointer_reply_t> pointer(xcb_query_pointer_reply(
+    const x11::Reply<xcb_query_pointer_reply_t> pointer(xcb_query_pointer_reply(
         connection_.get(), xcb_query_pointer(connection_.get(), window), nullptr));
     window = pointer ? pointer->child : xcb_window_t{XCB_WINDOW_NONE};
   }

@@ -1,12 +1,11 @@
 #include "Kestrow/Qt/ScreenWatcher.hpp"
 
-#include <xcb/xcb.h>
-
 #include <QGuiApplication>
 #include <utility>
 
 #include "Kestrow/Qt/QtCoordinates.hpp"
 #include "Kestrow/Qt/WorkArea.hpp"
+#include "Kestrow/Qt/X11.hpp"
 
 namespace kestrow::qt {
 namespace {
@@ -66,7 +65,7 @@ class FreeAreas {
 
 }  // namespace
 
-ScreenWatcher::ScreenWatcher() : workAreaAtom_(atomNamed("_NET_WORKAREA")), seen_(look()) {
+ScreenWatcher::ScreenWatcher() : workAreaAtom_(x11::atom("_NET_WORKAREA")), seen_(look()) {
   settled_.setSingleShot(true);
   connect(&settled_, &QTimer::timeout, this, &ScreenWatcher::lookAgain);
   const auto start = [this] { settled_.start(0); };
@@ -127,9 +126,8 @@ void ScreenWatcher::lookAgain() {
 // The window manager writes the work area to the root window, each time that a bar's claim changes.
 // With several screens Qt hears of it but tells nobody.
 bool ScreenWatcher::nativeEventFilter(const QByteArray& type, void* message, qintptr* /*result*/) {
-  if (type != "xcb_generic_event_t") return false;
-  const auto* event = static_cast<const xcb_generic_event_t*>(message);
-  if ((event->response_type & 0x7FU) != XCB_PROPERTY_NOTIFY) return false;
+  const auto* event = x11::event(type, message);
+  if (!event || x11::kind(*event) != XCB_PROPERTY_NOTIFY) return false;
   const auto* change = static_cast<const xcb_property_notify_event_t*>(message);
   if (change->atom == workAreaAtom_) settled_.start(0);
   return false;

@@ -1,10 +1,15 @@
 #include "Kestrow/Qt/SessionWatcher.hpp"
 
+#include <xcb/screensaver.h>
+
+#include <QCoreApplication>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
 #include <utility>
+
+#include "Kestrow/Qt/X11.hpp"
 
 namespace kestrow::qt {
 namespace {
@@ -24,12 +29,17 @@ SessionWatcher::SessionWatcher(QDBusConnection sessionBus, QDBusConnection syste
     sessionBus.connect(QString(), QString(), QString::fromLatin1(screenSaver),
                        QStringLiteral("ActiveChanged"), this, SLOT(screenSaverChanged(bool)));
   }
+  watchDisplay();
   if (!systemBus_.isConnected()) return;
   // Of every session: which one is ours the login service knows, and is asked below.
   systemBus_.connect(QString(), QString(), properties(), QStringLiteral("PropertiesChanged"),
                      {session()}, QString(), this,
                      SLOT(sessionChanged(QString, QVariantMap, QStringList)));
   readLock();
+}
+
+SessionWatcher::~SessionWatcher() {
+  if (blankEvent_ != 0) qApp->removeNativeEventFilter(this);
 }
 
 void SessionWatcher::sessionChanged(const QString& /*interface*/, const QVariantMap& /*values*/,
@@ -52,7 +62,28 @@ void SessionWatcher::readLock() {
 }
 
 void SessionWatcher::screenSaverChanged(bool active) {
-  set(isBlanked_, active);
+  set(isSaved_, active);
+}
+
+void SessionWatcher::watchDisplay() {
+  auto* const x = x11::connection();
+  const auto* saver = x ? xcb_get_extension_data(x, &xcb_screensaver_id) : nullptr;
+  if (!saver || saver->present == 0) return;
+  blankEvent_ = saver->first_event + XCB_SCREENSAVER_NOTIFY;
+  qApp->installNativeEventFilter(this);
+  xcb_screensaver_select_input(x, x11::root(), XCB_SCREENSAVER_EVENT_NOTIFY_MASK);
+  const auto cookie = xcb_screensaver_query_info(x, x11::root());
+  const x11::Reply<xcb_screensaver_query_info_reply_t> now(
+      xcb_screensaver_query_info_reply(x, cookie, nullptr));
+  isBlanked_ = now && now->state == XCB_SCREENSAVER_STATE_ON;
+}
+
+bool SessionWatcher::nativeEventFilter(const QByteArray& type, void* message, qintptr* /*result*/) {
+  const auto* event = x11::event(type, message);
+  if (!event || x11::kind(*event) != blankEvent_) return false;
+  const auto* change = static_cast<const xcb_screensaver_notify_event_t*>(message);
+  set(isBlanked_, change->state == XCB_SCREENSAVER_STATE_ON);
+  return false;
 }
 
 void SessionWatcher::set(bool& field, bool value) {

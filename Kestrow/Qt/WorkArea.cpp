@@ -1,24 +1,15 @@
 #include "Kestrow/Qt/WorkArea.hpp"
 
-#include <xcb/xcb.h>
-
-#include <QGuiApplication>
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <cstdlib>
-#include <memory>
 #include <string>
 #include <string_view>
 
+#include "Kestrow/Qt/X11.hpp"
+
 namespace kestrow::qt {
 namespace {
-
-struct Free {
-  void operator()(void* memory) const { std::free(memory); }
-};
-template <class T>
-using Reply = std::unique_ptr<T, Free>;
 
 QRect claimed(const QSize& display, const Strut& strut) {
   const int length = strut.end - strut.start + 1;
@@ -53,43 +44,20 @@ QRect without(QRect area, Strut::Edge edge, const QRect& bar) {
   return area;
 }
 
-// The X display that Qt is connected to, seen through its root window.
-class Root {
- public:
-  Root() {
-    const auto* native = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!native) return;
-    connection_ = native->connection();
-    window_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
-  }
+// A property of 32-bit values; empty when it is not there.
+std::vector<std::uint32_t> values(xcb_get_property_cookie_t cookie) {
+  const x11::Reply<xcb_get_property_reply_t> reply(
+      xcb_get_property_reply(x11::connection(), cookie, nullptr));
+  if (!reply || reply->format != 32) return {};
+  const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+  return {first, first + reply->value_len};
+}
 
-  xcb_connection_t* connection() const { return connection_; }
-
-  xcb_atom_t atom(std::string_view name) const {
-    const auto cookie =
-        xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data());
-    const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection_, cookie, nullptr));
-    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-  }
-
-  std::vector<std::uint32_t> values(std::string_view property, xcb_atom_t type) const {
-    const auto cookie = xcb_get_property(connection_, 0, window_, atom(property), type, 0, 4096);
-    return values(cookie);
-  }
-
-  // A property of 32-bit values; empty when it is not there.
-  std::vector<std::uint32_t> values(xcb_get_property_cookie_t cookie) const {
-    const Reply<xcb_get_property_reply_t> reply(
-        xcb_get_property_reply(connection_, cookie, nullptr));
-    if (!reply || reply->format != 32) return {};
-    const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
-    return {first, first + reply->value_len};
-  }
-
- private:
-  xcb_connection_t* connection_ = nullptr;
-  xcb_window_t window_ = 0;
-};
+// Of the root window.
+std::vector<std::uint32_t> values(std::string_view property, xcb_atom_t type) {
+  return values(
+      xcb_get_property(x11::connection(), 0, x11::root(), x11::atom(property), type, 0, 4096));
+}
 
 void append(std::vector<Strut>& struts, const std::vector<std::uint32_t>& partial) {
   constexpr std::array edges{Strut::Edge::left, Strut::Edge::right, Strut::Edge::top,
@@ -117,17 +85,11 @@ QRect workArea(const QRect& screen, const QSize& display, std::span<const Strut>
   return area;
 }
 
-std::uint32_t atomNamed(std::string_view name) {
-  const Root root;
-  return root.connection() ? root.atom(name) : 0;
-}
-
 std::vector<QRect> shellWorkAreas() {
-  const Root root;
-  if (!root.connection()) return {};
-  const auto desktop = root.values("_NET_CURRENT_DESKTOP", XCB_ATOM_CARDINAL);
+  if (!x11::connection()) return {};
+  const auto desktop = values("_NET_CURRENT_DESKTOP", XCB_ATOM_CARDINAL);
   const auto name = "_GTK_WORKAREAS_D" + std::to_string(desktop.empty() ? 0 : desktop.front());
-  const auto numbers = root.values(name, XCB_ATOM_CARDINAL);
+  const auto numbers = values(name, XCB_ATOM_CARDINAL);
   std::vector<QRect> areas;
   for (std::size_t i = 0; i + 3 < numbers.size(); i += 4) {
     areas.emplace_back(static_cast<int>(numbers[i]), static_cast<int>(numbers[i + 1]),
@@ -137,16 +99,15 @@ std::vector<QRect> shellWorkAreas() {
 }
 
 std::vector<Strut> barStruts() {
-  const Root root;
-  if (!root.connection()) return {};
-  const auto partial = root.atom("_NET_WM_STRUT_PARTIAL");
+  auto* const x = x11::connection();
+  if (!x) return {};
+  const auto partial = x11::atom("_NET_WM_STRUT_PARTIAL");
   std::vector<xcb_get_property_cookie_t> cookies;
-  for (const auto window : root.values("_NET_CLIENT_LIST", XCB_ATOM_WINDOW)) {
-    cookies.push_back(
-        xcb_get_property(root.connection(), 0, window, partial, XCB_ATOM_CARDINAL, 0, 12));
+  for (const auto window : values("_NET_CLIENT_LIST", XCB_ATOM_WINDOW)) {
+    cookies.push_back(xcb_get_property(x, 0, window, partial, XCB_ATOM_CARDINAL, 0, 12));
   }
   std::vector<Strut> struts;
-  for (const auto cookie : cookies) append(struts, root.values(cookie));
+  for (const auto cookie : cookies) append(struts, values(cookie));
   return struts;
 }
 

@@ -5,9 +5,7 @@
 #include <QRect>
 #include <QSize>
 
-#include <cstdint>
 #include <span>
-#include <string_view>
 #include <vector>
 
 namespace kestrow::qt {
@@ -30,8 +28,5 @@ QRect workArea(const QRect& screen, const QSize& display, std::span<const Strut>
 // claims of the bars on the X display. Empty where there is no X display.
 std::vector<QRect> shellWorkAreas();
 std::vector<Strut> barStruts();
-
-// The X display's number for a name; 0, which no property has, where there is no X display.
-std::uint32_t atomNamed(std::string_view name);
 
 }  // namespace kestrow::qt

@@ -2,37 +2,22 @@
 
 #include <QGuiApplication>
 
-#include <xcb/xcb.h>
 #include <xcb/xfixes.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <memory>
 #include <span>
-#include <string>
 #include <utility>
 #include <vector>
+
+#include "Kestrow/Qt/X11.hpp"
 
 namespace kestrow::qt {
 
 namespace {
 
-struct Free {
-  void operator()(void* memory) const { std::free(memory); }
-};
-template <class T>
-using Reply = std::unique_ptr<T, Free>;
-
-// Null when the desktop is not X11.
-xcb_connection_t* connection() {
-  const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-  return x11 ? x11->connection() : nullptr;
-}
-
-Reply<xcb_query_tree_reply_t> tree(std::uint32_t window) {
-  auto* const x = connection();
-  return Reply<xcb_query_tree_reply_t>(xcb_query_tree_reply(x, xcb_query_tree(x, window), nullptr));
-}
+using x11::connection;
+using x11::Reply;
+using x11::root;
 
 bool holds(const xcb_get_geometry_reply_t& outer, const xcb_get_geometry_reply_t& inner) {
   return outer.x <= inner.x && outer.y <= inner.y &&
@@ -64,7 +49,6 @@ X11Window::X11Window(QWidget& widget, std::function<void()> changed)
     : changed_(std::move(changed)) {
   if (!connection()) return;
   window_ = static_cast<std::uint32_t>(widget.winId());
-  if (const auto own = tree(window_)) root_ = own->root;
   stackSettled_.setSingleShot(true);
   stackSettled_.setInterval(100);
   QObject::connect(&stackSettled_, &QTimer::timeout, [this] { set(isCovered_, findCover()); });
@@ -85,11 +69,7 @@ void X11Window::set(bool& answer, bool value) {
 // The compositor of a screen owns a selection named after it.
 void X11Window::watchCompositor() {
   auto* const x = connection();
-  const std::string name = "_NET_WM_CM_S0";
-  const Reply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
-      x, xcb_intern_atom(x, 0, static_cast<std::uint16_t>(name.size()), name.data()), nullptr));
-  if (!atom) return;
-  compositorAtom_ = atom->atom;
+  compositorAtom_ = x11::atom("_NET_WM_CM_S0");
   const Reply<xcb_get_selection_owner_reply_t> owner(
       xcb_get_selection_owner_reply(x, xcb_get_selection_owner(x, compositorAtom_), nullptr));
   isComposited_ = owner && owner->owner != XCB_WINDOW_NONE;
@@ -107,17 +87,17 @@ void X11Window::watchCompositor() {
 
 // X tells translucent windows that they are never obscured, so the stack itself is looked at.
 void X11Window::lookForCover(bool look) {
-  if (root_ == 0 || look == isLooking_) return;
+  if (window_ == 0 || look == isLooking_) return;
   isLooking_ = look;
   auto* const x = connection();
   const Reply<xcb_get_window_attributes_reply_t> attributes(
-      xcb_get_window_attributes_reply(x, xcb_get_window_attributes(x, root_), nullptr));
+      xcb_get_window_attributes_reply(x, xcb_get_window_attributes(x, root()), nullptr));
   if (!attributes) return;
   // Beside the events that Qt asked for.
   const std::uint32_t others =
       attributes->your_event_mask & ~std::uint32_t{XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY};
   const std::uint32_t mask = look ? others | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY : others;
-  xcb_change_window_attributes(x, root_, XCB_CW_EVENT_MASK, &mask);
+  xcb_change_window_attributes(x, root(), XCB_CW_EVENT_MASK, &mask);
   xcb_flush(x);
   if (look) {
     stackSettled_.start();
@@ -130,7 +110,8 @@ void X11Window::lookForCover(bool look) {
 // Whether an opaque window higher in the stack lies over the whole of this one.
 bool X11Window::findCover() const {
   auto* const x = connection();
-  const auto all = tree(root_);
+  const Reply<xcb_query_tree_reply_t> all(
+      xcb_query_tree_reply(x, xcb_query_tree(x, root()), nullptr));
   const Reply<xcb_get_geometry_reply_t> own(
       xcb_get_geometry_reply(x, xcb_get_geometry(x, window_), nullptr));
   if (!all || !own) return false;
@@ -148,13 +129,13 @@ bool X11Window::findCover() const {
 }
 
 bool X11Window::nativeEventFilter(const QByteArray& type, void* message, qintptr* /*result*/) {
-  if (type != "xcb_generic_event_t") return false;
-  const auto* event = static_cast<const xcb_generic_event_t*>(message);
-  const auto kind = static_cast<std::uint8_t>(event->response_type & 0x7FU);
+  const auto* event = x11::event(type, message);
+  if (!event) return false;
+  const int kind = x11::kind(*event);
   if (kind == XCB_MAP_NOTIFY || kind == XCB_UNMAP_NOTIFY || kind == XCB_CONFIGURE_NOTIFY) {
     // The three begin alike.
     const auto* change = static_cast<const xcb_map_notify_event_t*>(message);
-    if (isLooking_ && change->event == root_ && !stackSettled_.isActive()) stackSettled_.start();
+    if (isLooking_ && change->event == root() && !stackSettled_.isActive()) stackSettled_.start();
   } else if (fixesEvent_ != 0 && kind == fixesEvent_ + XCB_XFIXES_SELECTION_NOTIFY) {
     const auto* selection = static_cast<const xcb_xfixes_selection_notify_event_t*>(message);
     if (selection->selection == compositorAtom_) {

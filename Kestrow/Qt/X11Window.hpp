@@ -36,7 +36,6 @@ class X11Window final : public QAbstractNativeEventFilter {
   void set(bool& answer, bool value);
 
   std::uint32_t window_ = 0;
-  std::uint32_t root_ = 0;
   std::function<void()> changed_;
   std::uint32_t compositorAtom_ = 0;
   std::uint8_t fixesEvent_ = 0;

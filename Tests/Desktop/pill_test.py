@@ -128,6 +128,13 @@ class Pill(DesktopTest):
         self.session.run("xdotool", "windowunmap", other)
         wait_until(lambda: not self.is_still(0.5), "the pulse again")
 
+    def test_the_dot_stands_still_while_the_screen_is_off(self):
+        wait_until(lambda: not self.is_still(0.5), "the pulse")
+        self.session.run("xset", "s", "activate")
+        wait_until(self.is_still, "the unseen dot to stand still")
+        self.session.run("xset", "s", "reset")
+        wait_until(lambda: not self.is_still(0.5), "the pulse again")
+
     # An alert
 
     def test_an_alert_grows_the_pill_downwards_and_four_seconds_later_it_shrinks_back(self):
