@@ -165,6 +165,25 @@ TEST_F(AtomicFileTest, ReadsFilesOfEverySizeUpToTheLimit) {
   EXPECT_EQ(atomic_file::read(file, 199'999).error(), std::errc::file_too_large);
 }
 
+// The number that the next file opened would get.
+int nextDescriptor() {
+  const int number = ::dup(STDERR_FILENO);
+  ::close(number);
+  return number;
+}
+
+TEST_F(AtomicFileTest, LeavesNoFileOpen) {
+  const auto before = nextDescriptor();
+  ASSERT_TRUE(atomic_file::write(file, "x", ownerOnly));
+  ASSERT_TRUE(atomic_file::read(file, 100));
+  EXPECT_FALSE(atomic_file::read(folder.path(), 100));
+  EXPECT_FALSE(atomic_file::read(file, 0));
+  std::filesystem::remove(file);
+  std::filesystem::create_directory(file);
+  EXPECT_FALSE(atomic_file::write(file, "x", ownerOnly));
+  EXPECT_EQ(nextDescriptor(), before);
+}
+
 TEST_F(AtomicFileTest, ReadsThroughALink) {
   writeFile(folder.path() / "target", "content");
   std::filesystem::create_symlink("target", file);
