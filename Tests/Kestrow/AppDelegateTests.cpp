@@ -14,6 +14,7 @@
 #include "Tests/Support/FakeDesktop.hpp"
 #include "Tests/Support/HeldTransport.hpp"
 #include "Tests/Support/ManualMainThread.hpp"
+#include "Tests/Support/NoLogin.hpp"
 #include "Tests/Support/Records.hpp"
 #include "Tests/Support/TemporaryFolder.hpp"
 
@@ -29,21 +30,6 @@ using namespace std::chrono_literals;
 constexpr std::string_view matchesPath = "/api/matches";
 constexpr std::string_view eventsPath = "/api/pro/match";
 constexpr std::string_view installPath = "/api/install";
-
-class NoLoginService final : public LoginService {
- public:
-  LoginServiceStatus status() const override { return LoginServiceStatus::notRegistered; }
-  std::expected<void, LoginError> registerItem() override { return {}; }
-  std::expected<void, LoginError> unregister() override { return {}; }
-  void openLoginItemsSettings() override {}
-};
-
-class NoLaunchAgent final : public LaunchAgentFile {
- public:
-  bool isInstalled() const override { return false; }
-  std::expected<void, LoginError> install() override { return {}; }
-  std::expected<void, LoginError> remove() override { return {}; }
-};
 
 Match liveMatch(std::int64_t runs = 45) {
   Match match = records::match("m1");
