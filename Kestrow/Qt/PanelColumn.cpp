@@ -12,6 +12,7 @@
 #include "Kestrow/Qt/PanelLog.hpp"
 #include "Kestrow/Qt/PanelLook.hpp"
 #include "Kestrow/Qt/PanelPopUpRow.hpp"
+#include "Kestrow/Qt/PanelRows.hpp"
 #include "Kestrow/Qt/WrappedText.hpp"
 
 namespace kestrow::qt {

@@ -1,13 +1,13 @@
-// The panel's controls. Each paints itself, so that they look the same whatever style the desktop
-// gives Qt programs, and leaves behaviour and accessibility to the widget it derives from.
+// The panel's plain controls. Like its rows, its log and its pop-ups, each paints itself, so that
+// they look the same whatever style the desktop gives Qt programs, and leaves behaviour and
+// accessibility to the widget it derives from.
 #pragma once
 
-#include <QCheckBox>
 #include <QLabel>
-#include <QPainter>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QString>
+
+#include <string>
 
 #include "Kestrow/Qt/PanelItem.hpp"
 
@@ -40,62 +40,6 @@ class HeadingLabel final : public WrapLabel {
  public:
   using WrapLabel::WrapLabel;
   void apply(const PanelNode& node) override;
-};
-
-// The texts of a row with a mark: a title in one line, a word after it, a wrapping line under it.
-struct RowText {
-  QString title;
-  QString status;
-  QString detail;
-  bool operator==(const RowText&) const = default;
-
-  int heightFor(int width) const;  // of the whole row's content
-  // In the room right of the mark's column.
-  void draw(QPainter& painter, const QRect& content, bool isEnabled) const;
-};
-
-class RadioRow final : public QRadioButton, public PanelItem {
-  Q_OBJECT
-
- public:
-  RadioRow(PanelSurfaceClient& client, QWidget* parent);
-
-  QWidget& widget() override { return *this; }
-  void apply(const PanelNode& node) override;
-  int heightFor(int width) override;
-  QMargins outset() const override;
-  QWidget* focusTarget() override { return this; }
-
- protected:
-  void paintEvent(QPaintEvent* event) override;
-  bool hitButton(const QPoint& position) const override { return rect().contains(position); }
-
- private:
-  std::string id_;
-  RowText text_;
-  int heightWidth_ = -1;  // the width that height_ is for
-  int height_ = 0;
-};
-
-class CheckRow final : public QCheckBox, public PanelItem {
-  Q_OBJECT
-
- public:
-  CheckRow(PanelSurfaceClient& client, QWidget* parent);
-
-  QWidget& widget() override { return *this; }
-  void apply(const PanelNode& node) override;
-  int heightFor(int width) override;
-  QMargins outset() const override;
-  QWidget* focusTarget() override { return this; }
-
- protected:
-  void paintEvent(QPaintEvent* event) override;
-  bool hitButton(const QPoint& position) const override { return rect().contains(position); }
-
- private:
-  std::string id_;
-  RowText text_;
 };
 
 class PushButton final : public QPushButton, public PanelItem {

@@ -12,6 +12,7 @@
 #include "Kestrow/Qt/PanelColumn.hpp"
 #include "Kestrow/Qt/PanelControls.hpp"
 #include "Kestrow/Qt/PanelLog.hpp"
+#include "Kestrow/Qt/PanelRows.hpp"
 #include "Kestrow/Qt/QtPanelWindow.hpp"
 
 namespace kestrow::qt {

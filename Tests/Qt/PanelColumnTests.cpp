@@ -7,6 +7,7 @@
 #include "Kestrow/Qt/PanelControls.hpp"
 #include "Kestrow/Qt/PanelLog.hpp"
 #include "Kestrow/Qt/PanelPopUpRow.hpp"
+#include "Kestrow/Qt/PanelRows.hpp"
 #include "Tests/Qt/QtPanelFixture.hpp"
 
 namespace kestrow::qt {
