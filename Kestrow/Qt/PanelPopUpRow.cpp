@@ -3,7 +3,6 @@
 #include <QAccessible>
 #include <QListView>
 #include <QPainter>
-#include <QPainterPath>
 #include <QProxyStyle>
 #include <QStringList>
 #include <QStyleFactory>
@@ -13,6 +12,7 @@
 
 #include "Kestrow/Qt/PanelLook.hpp"
 #include "Kestrow/Qt/WrappedText.hpp"
+#include "Kestrow/Qt/X11Window.hpp"
 
 namespace kestrow::qt {
 
@@ -20,10 +20,12 @@ namespace look = panel_look;
 
 namespace {
 
-constexpr int labelColumn = 100;  // so that buttons under each other line up
+constexpr int labelColumn = 84;  // so that buttons under each other line up
 constexpr int gap = 8;
 constexpr int choiceHeight = 26;
 constexpr int mostChoices = 14;  // shown at once
+
+constexpr int listPadding = 4;
 
 // A list under the button, without the frame that a style would draw.
 class PopUpStyle final : public QProxyStyle {
@@ -33,7 +35,41 @@ class PopUpStyle final : public QProxyStyle {
   int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                 QStyleHintReturn* data) const override {
     if (hint == SH_ComboBox_Popup) return 0;
+    if (hint == SH_ComboBox_PopupFrameStyle) return QFrame::NoFrame;
     return QProxyStyle::styleHint(hint, option, widget, data);
+  }
+};
+
+// The choices on a sheet with the button's corners; where no compositor lets the desktop show
+// beside them, with square ones.
+class ChoiceList final : public QListView {
+ public:
+  ChoiceList() {
+    setFrameShape(QFrame::NoFrame);
+    setUniformItemSizes(true);
+    setViewportMargins(0, listPadding, 0, listPadding);
+    viewport()->setAutoFillBackground(false);
+  }
+
+ protected:
+  bool event(QEvent* event) override {
+    if (event->type() == QEvent::Paint) drawSheet();
+    return QListView::event(event);
+  }
+
+ private:
+  void drawSheet() {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(look::line, 1));
+    painter.setBrush(look::popUpBackground);
+    if (isDesktopComposited()) {
+      const QRectF sheet = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+      painter.drawRoundedRect(sheet, look::controlRadius, look::controlRadius);
+    } else {
+      painter.fillRect(rect(), look::popUpBackground);
+      painter.drawRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5));
+    }
   }
 };
 
@@ -48,12 +84,11 @@ PopUpButton::PopUpButton(QWidget* parent) : QComboBox(parent) {
   setMaxVisibleItems(mostChoices);
   setPalette(look::palette());
 
-  auto* list = new QListView;
-  list->setFrameShape(QFrame::NoFrame);
+  auto* list = new ChoiceList;
   list->setPalette(look::palette());
   list->setFont(font());
-  list->setUniformItemSizes(true);
   setView(list);
+  list->window()->setAttribute(Qt::WA_TranslucentBackground);
   setItemDelegate(new PopUpDelegate(*this));
 }
 
@@ -69,14 +104,9 @@ void PopUpButton::paintEvent(QPaintEvent* /*event*/) {
   if (look::showsFocus(*this)) look::drawFocusRing(painter, rect());
 }
 
-// The list is a window of its own, with corners like the button's.
 void PopUpButton::showPopup() {
   view()->setMinimumWidth(view()->sizeHintForColumn(0));
   QComboBox::showPopup();
-  auto* const list = view()->window();
-  QPainterPath shape;
-  shape.addRoundedRect(list->rect(), look::controlRadius, look::controlRadius);
-  list->setMask(QRegion(shape.toFillPolygon().toPolygon()));
   update();
 }
 

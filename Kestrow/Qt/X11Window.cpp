@@ -19,6 +19,16 @@ using x11::connection;
 using x11::Reply;
 using x11::root;
 
+// The selection that the compositor of the screen owns.
+constexpr const char* compositorSelection = "_NET_WM_CM_S0";
+
+bool hasOwner(xcb_atom_t selection) {
+  auto* const x = connection();
+  const Reply<xcb_get_selection_owner_reply_t> owner(
+      xcb_get_selection_owner_reply(x, xcb_get_selection_owner(x, selection), nullptr));
+  return owner && owner->owner != XCB_WINDOW_NONE;
+}
+
 bool holds(const xcb_get_geometry_reply_t& outer, const xcb_get_geometry_reply_t& inner) {
   return outer.x <= inner.x && outer.y <= inner.y &&
          outer.x + outer.width >= inner.x + inner.width &&
@@ -45,6 +55,10 @@ bool isOpaqueOver(const Question& question, const xcb_get_geometry_reply_t& own)
 
 }  // namespace
 
+bool isDesktopComposited() {
+  return !connection() || hasOwner(x11::atom(compositorSelection));
+}
+
 X11Window::X11Window(QWidget& widget, std::function<void()> changed)
     : changed_(std::move(changed)) {
   if (!connection()) return;
@@ -66,13 +80,10 @@ void X11Window::set(bool& answer, bool value) {
   if (std::exchange(answer, value) != value) changed_();
 }
 
-// The compositor of a screen owns a selection named after it.
 void X11Window::watchCompositor() {
   auto* const x = connection();
-  compositorAtom_ = x11::atom("_NET_WM_CM_S0");
-  const Reply<xcb_get_selection_owner_reply_t> owner(
-      xcb_get_selection_owner_reply(x, xcb_get_selection_owner(x, compositorAtom_), nullptr));
-  isComposited_ = owner && owner->owner != XCB_WINDOW_NONE;
+  compositorAtom_ = x11::atom(compositorSelection);
+  isComposited_ = hasOwner(compositorAtom_);
 
   const auto* fixes = xcb_get_extension_data(x, &xcb_xfixes_id);
   if (!fixes || !fixes->present) return;

@@ -12,6 +12,9 @@
 
 namespace kestrow::qt {
 
+// Whether the desktop composites now, for a window that is about to be drawn once.
+bool isDesktopComposited();
+
 class X11Window final : public QAbstractNativeEventFilter {
  public:
   // Watches the widget's window, which exists from here on and which no window manager frames.

@@ -21,13 +21,11 @@ MOMENTS = [event(i, ("four", "six", "wicket")[i % 3], ("R Sharma", "S Yadav", "T
 
 
 class PanelPictures(PanelTest):
-    def scene(self, name, seed="m1", scale=1, moments=(), failure=None, hold=False, **scores):
+    def scene(self, name, seed="m1", scale=1, moments=(), failure=None, hold=False, compositor=True,
+              **scores):
         size = (440 * scale, 820 * scale)
-        self.session = self.open_session(size=size)
-        self.session.start_window_manager()
-        self.session.start_compositor()
+        self.prepare(size, compositor, **scores)
         self.session.program_environment["QT_SCALE_FACTOR"] = str(scale)
-        self.serve(**scores)
         self.scores.moments = list(moments)
         self.session.seed_state(followedMatchId=seed)
         self.session.start_program()
@@ -56,13 +54,14 @@ class PanelPictures(PanelTest):
         picture, panel = wait_until(settled, "a picture that stands still")
         self.assertEqual(panel.width, 340 * self.scale)
         self.assertGreater(panel.count(is_dark), 0.5 * panel.width * panel.height)
-        if folder := os.environ.get("KESTROW_PICTURES"):
-            bottom = min(picture.height, panel.height + 40 * self.scale)
-            self.keep(picture.part(0, 0, picture.width, bottom), os.path.join(folder, self.name))
+        bottom = min(picture.height, panel.height + 40 * self.scale)
+        self.keep(picture.part(0, 0, picture.width, bottom))
         return panel
 
-    @staticmethod
-    def keep(picture: Picture, path):
+    def keep(self, picture: Picture):
+        if not (folder := os.environ.get("KESTROW_PICTURES")):
+            return
+        path = os.path.join(folder, self.name)
         header = f"P6 {picture.width} {picture.height} 255\n".encode()
         subprocess.run(["convert", "ppm:-", "-define", "png:compression-level=9", path + ".png"],
                        input=header + picture.pixels, check=True)
@@ -102,6 +101,28 @@ class PanelPictures(PanelTest):
         self.scene("panel-long-log", live=LIVE[:1], moments=moments)
         self.assertEqual(len(self.wait_for("list", "Key moments").children), 1000)
         self.look()
+
+    def test_an_open_list(self):
+        for compositor in (True, False):
+            with self.subTest(compositor=compositor):
+                self.scene("panel-list" if compositor else "panel-list-solid",
+                           compositor=compositor, live=LIVE)
+                self.wait_for("radio button", "Australia")
+                panel = self.look()
+                before = set(self.session.windows())
+                self.key("Tab", "Tab", "space", "Down")
+                window = wait_until(lambda: set(self.session.windows()) - before, "the list").pop()
+                x, y, width, height = self.session.frame(window)
+                wait_until(lambda: self.session.picture().part(x, y, width, height)
+                           .count(is_amber) > 3000, "the choice under the keyboard")
+                picture = self.session.picture()
+                self.keep(picture)
+                desktop = picture.pixel(5, 815)
+                corner = picture.pixel(x + width - 1, y + height - 1)
+                self.assertEqual(corner == desktop, compositor, "round where the desktop composites")
+                self.assertEqual(picture.pixel(x + 1, y + height - 20), (38, 42, 54))
+                self.assertEqual(panel.pixel(0, 0), desktop, "the panel's own corners are round")
+                self.doCleanups()
 
     def test_the_keyboards_place_is_seen(self):
         self.scene("panel-focus", live=LIVE, upcoming=UPCOMING)
