@@ -2,6 +2,10 @@
 
 #include <QFontDatabase>
 #include <QFontMetricsF>
+#include <QList>
+#include <QString>
+#include <QTextCharFormat>
+#include <QTextOption>
 
 #include <algorithm>
 #include <cmath>
@@ -12,6 +16,7 @@ namespace kestrow::qt {
 namespace {
 
 constexpr auto preferredFamily = "Inter";
+constexpr double lengthSteps = 64;  // in a point: Qt's layouts are no finer
 
 QFont::Weight weight(FontWeight weight) {
   switch (weight) {
@@ -33,13 +38,83 @@ bool isDigit(QChar c) {
   return c >= u'0' && c <= u'9';
 }
 
-double widestDigit(const QFont& font) {
-  const QFontMetricsF metrics(font);
+double widestDigit(const QFontMetricsF& metrics) {
   double widest = 0;
   for (char16_t digit = u'0'; digit <= u'9'; ++digit) {
     widest = std::max(widest, metrics.horizontalAdvance(QChar(digit)));
   }
   return widest;
+}
+
+// Line breaks and tabulators would end the line, or tear a hole into it.
+QString onOneLine(const std::string& text) {
+  QString line = QString::fromStdString(text);
+  for (auto& c : line) {
+    if (c.isSpace() && c.category() != QChar::Separator_Space) c = u' ';
+  }
+  return line;
+}
+
+// One UTF-16 unit of a line.
+struct Character {
+  const TextAttributes* attributes = nullptr;
+  // A digit in a cell that is as wide as the widest one, and what it leaves free of it.
+  bool isInCell = false;
+  double before = 0;
+  double after = 0;
+};
+
+void append(std::vector<Character>& characters, const QString& text,
+            const TextAttributes& attributes) {
+  const QFontMetricsF metrics(interfaceFont(attributes.font));
+  const double cell = attributes.font.monospacedDigits ? widestDigit(metrics) : 0;
+  for (const QChar c : text) {
+    const bool isInCell = cell > 0 && isDigit(c);
+    const double slack = isInCell ? cell - metrics.horizontalAdvance(c) : 0;
+    const double before = std::floor(slack * 0.5 * lengthSteps) / lengthSteps;
+    characters.push_back({&attributes, isInCell, before, slack - before});
+  }
+}
+
+// What is drawn in one go, with equal room after each character: the kerning, and beside a digit in
+// a cell a part of what that leaves free. Such a digit is drawn alone, or the font would raise some
+// of the colons between digits and others not.
+QList<QTextLayout::FormatRange> formats(const std::vector<Character>& characters) {
+  const auto roomAfter = [&](std::size_t at) {
+    const double next = at + 1 < characters.size() ? characters[at + 1].before : 0;
+    return characters[at].attributes->kerning + characters[at].after + next;
+  };
+  const auto goOn = [&](std::size_t at) {
+    const Character& before = characters[at - 1];
+    const Character& next = characters[at];
+    return !before.isInCell && !next.isInCell && before.attributes == next.attributes &&
+           roomAfter(at - 1) == roomAfter(at);
+  };
+  QList<QTextLayout::FormatRange> ranges;
+  for (std::size_t start = 0, end = 0; start < characters.size(); start = end) {
+    for (++end; end < characters.size() && goOn(end);) ++end;
+    const auto* attributes = characters[start].attributes;
+    QFont font = interfaceFont(attributes->font);
+    font.setLetterSpacing(QFont::AbsoluteSpacing, roomAfter(start));
+    QTextLayout::FormatRange range{static_cast<int>(start), static_cast<int>(end - start), {}};
+    range.format.setFont(font);
+    range.format.setForeground(toQt(attributes->color));
+    ranges.append(range);
+  }
+  return ranges;
+}
+
+// As one line, its left end at 0, whichever way it runs.
+void layOut(QTextLayout& layout) {
+  QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
+  option.setTextDirection(Qt::LayoutDirectionAuto);
+  option.setWrapMode(QTextOption::NoWrap);
+  option.setFlags(QTextOption::IncludeTrailingSpaces);
+  layout.setTextOption(option);
+  layout.setCacheEnabled(true);
+  layout.beginLayout();
+  layout.createLine();
+  layout.endLayout();
 }
 
 // The weights of a Gaussian's one side, its middle first; all of them together with the mirrored
@@ -100,74 +175,59 @@ QFont interfaceFont(const Font& font) {
 
 TextLine::TextLine(const AttributedText& text) {
   if (text.empty()) return;
-  const QFontMetricsF metrics(interfaceFont(text.front().attributes.font));
+  QString whole;
+  std::vector<Character> characters;
+  for (const auto& run : text) {
+    const QString part = onOneLine(run.text);
+    if (run.attributes.glow) lit_.push_back({whole.size(), part.size(), *run.attributes.glow});
+    whole += part;
+    append(characters, part, run.attributes);
+  }
+  const QFont font = interfaceFont(text.front().attributes.font);
+  layout_.setText(whole);
+  layout_.setFont(font);
+  layout_.setFormats(formats(characters));
+  layOut(layout_);
+  inset_ = characters.empty() ? 0 : characters.front().before;
+  width_ = inset_ + layout_.lineAt(0).horizontalAdvance();
+
+  const QFontMetricsF metrics(font);
   height_ = metrics.ascent() + metrics.descent();
   baseline_ = (height_ + metrics.capHeight()) * 0.5;
-  for (const auto& run : text) append(run);
-}
-
-void TextLine::append(const TextRun& run) {
-  QFont font = interfaceFont(run.attributes.font);
-  font.setLetterSpacing(QFont::AbsoluteSpacing, run.attributes.kerning);
-  const QString text = QString::fromStdString(run.text);
-  // Text that runs from right to left keeps its own order of digits: it is laid out as a whole.
-  if (!run.attributes.font.monospacedDigits || text.isRightToLeft()) {
-    append(text, font, run, 0);
-    return;
-  }
-  const double cell = widestDigit(font);
-  for (qsizetype at = 0; at < text.size();) {
-    if (isDigit(text[at])) {
-      append(text.mid(at, 1), font, run, cell);
-      ++at;
-      continue;
-    }
-    const auto end = std::find_if(text.begin() + at, text.end(), isDigit) - text.begin();
-    append(text.mid(at, end - at), font, run, 0);
-    at = end;
-  }
-}
-
-void TextLine::append(const QString& text, const QFont& font, const TextRun& run, double cell) {
-  const double advance = QFontMetricsF(font).horizontalAdvance(text);
-  const double inset = cell > 0 ? (cell - advance) * 0.5 : 0;
-  pieces_.push_back({text, font, toQt(run.attributes.color), run.attributes.glow, width_ + inset});
-  width_ += cell > 0 ? cell : advance;
 }
 
 void TextLine::draw(QPainter& painter, QPointF baseline, double scale) const {
-  for (std::size_t i = 0; i < pieces_.size(); ++i) {
-    const auto& glow = pieces_[i].glow;
-    if (glow && (i == 0 || pieces_[i - 1].glow != glow)) drawGlow(painter, *glow, baseline, scale);
-  }
-  for (const auto& piece : pieces_) {
-    painter.setFont(piece.font);
-    painter.setPen(piece.color);
-    painter.drawText(baseline + QPointF(piece.x, 0), piece.text);
-  }
+  if (layout_.lineCount() == 0) return;
+  for (const auto& lit : lit_) drawGlow(painter, lit, baseline, scale);
+  drawLayout(painter, layout_, baseline);
 }
 
-// The light of all pieces that have it, in one: it adds up between letters as it would around one
-// shape.
-void TextLine::drawGlow(QPainter& painter, const Glow& glow, QPointF baseline, double scale) const {
+void TextLine::drawLayout(QPainter& painter, const QTextLayout& layout, QPointF baseline) const {
+  layout.draw(&painter, baseline + QPointF(inset_, -layout.lineAt(0).ascent()));
+}
+
+void TextLine::drawGlow(QPainter& painter, const Lit& lit, QPointF baseline, double scale) const {
   // A blur of this radius spreads as a Gaussian of half of it does.
-  const double deviation = glow.radius * 0.5;
+  const double deviation = lit.glow.radius * 0.5;
   const double margin = std::ceil(deviation * 3);
   QImage picture(QSizeF((width_ + 2 * margin) * scale, (height_ + 2 * margin) * scale).toSize(),
                  QImage::Format_ARGB32_Premultiplied);
   picture.setDevicePixelRatio(scale);
   picture.fill(Qt::transparent);
+  QTextLayout source(layout_.text(), layout_.font());
+  auto formats = layout_.formats();
+  for (auto& range : formats) {
+    const bool shines = range.start >= lit.start && range.start < lit.start + lit.length;
+    range.format.setForeground(shines ? Qt::white : Qt::transparent);
+  }
+  source.setFormats(formats);
+  layOut(source);
   {
     QPainter into(&picture);
-    into.setPen(Qt::white);
-    for (const auto& piece : pieces_) {
-      if (piece.glow != glow) continue;
-      into.setFont(piece.font);
-      into.drawText(QPointF(margin + piece.x, margin + baseline_), piece.text);
-    }
+    drawLayout(into, source, {margin, margin + baseline_});
   }
   painter.drawImage(baseline - QPointF(margin, margin + baseline_),
-                    blurred(picture, deviation * scale, toQt(glow.color)));
+                    blurred(picture, deviation * scale, toQt(lit.glow.color)));
 }
 
 QImage blurred(const QImage& picture, double deviation, const QColor& color) {

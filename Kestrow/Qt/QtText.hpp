@@ -7,9 +7,8 @@
 #include <QImage>
 #include <QPainter>
 #include <QPointF>
-#include <QString>
+#include <QTextLayout>
 
-#include <optional>
 #include <vector>
 
 #include "Kestrow/Platform/Canvas.hpp"
@@ -23,8 +22,9 @@ QColor toQt(const Color& color);
 // translucent window.
 QFont interfaceFont(const Font& font);
 
-// One line, laid out. Its box is as high as the first run's font and has the capitals in its
-// middle, so that texts of several sizes and scripts sit well beside each other.
+// One line, laid out as a whole: where its text begins from right to left, so do its runs. Its box
+// is as high as the first run's font and has the capitals in its middle, so that texts of several
+// sizes and scripts sit well beside each other.
 class TextLine {
  public:
   explicit TextLine(const AttributedText& text);
@@ -36,21 +36,19 @@ class TextLine {
   void draw(QPainter& painter, QPointF baseline, double scale) const;
 
  private:
-  // Text of one font that is drawn in one go.
-  struct Piece {
-    QString text;
-    QFont font;
-    QColor color;
-    std::optional<Glow> glow;
-    double x = 0;
+  // A part of the line that shines.
+  struct Lit {
+    qsizetype start = 0;
+    qsizetype length = 0;
+    Glow glow;
   };
 
-  void append(const TextRun& run);
-  // Advances by the text's own width, or by `cell` with the text in its middle.
-  void append(const QString& text, const QFont& font, const TextRun& run, double cell);
-  void drawGlow(QPainter& painter, const Glow& glow, QPointF baseline, double scale) const;
+  void drawLayout(QPainter& painter, const QTextLayout& layout, QPointF baseline) const;
+  void drawGlow(QPainter& painter, const Lit& lit, QPointF baseline, double scale) const;
 
-  std::vector<Piece> pieces_;
+  QTextLayout layout_;
+  std::vector<Lit> lit_;
+  double inset_ = 0;  // of the first digit in its cell
   double width_ = 0;
   double height_ = 0;
   double baseline_ = 0;

@@ -2,11 +2,16 @@
 
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QGlyphRun>
+#include <QImage>
+#include <QPainter>
+#include <QTextLayout>
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <string>
+#include <utility>
 
 namespace kestrow::qt {
 namespace {
@@ -71,15 +76,104 @@ TEST(QtText, ALineIsAsHighWhateverItsScript) {
   }
 }
 
+TEST(QtText, NoScriptThatTheSystemHasAFontForIsDrawnInBoxes) {
+  for (const auto* name : {"मुंबई", "சென்னை", "كراتشي", "🏏🔥", "कोलकाता नाइट", "▸", "…", "“"}) {
+    QTextLayout layout(QString::fromUtf8(name), interfaceFont(plain));
+    layout.beginLayout();
+    layout.createLine();
+    layout.endLayout();
+    for (const QGlyphRun& run : layout.glyphRuns()) {
+      EXPECT_FALSE(run.glyphIndexes().contains(0)) << name;  // the glyph of what has none
+    }
+  }
+}
+
 TEST(QtText, TheCapitalsAreInTheMiddleOfTheBox) {
   const TextLine line(text("MI", plain));
   const QFontMetricsF metrics(interfaceFont(plain));
   EXPECT_NEAR(line.baseline() - metrics.capHeight() * 0.5, line.size().height * 0.5, 1e-9);
 }
 
+// How far to the right the ink of a colour is, on average.
+double middle(const QImage& picture, Qt::GlobalColor color) {
+  double sum = 0;
+  double count = 0;
+  for (int y = 0; y < picture.height(); ++y) {
+    for (int x = 0; x < picture.width(); ++x) {
+      if (picture.pixelColor(x, y) != QColor(color)) continue;
+      sum += x;
+      ++count;
+    }
+  }
+  EXPECT_GT(count, 0);
+  return sum / count;
+}
+
+QImage drawn(const AttributedText& line) {
+  QImage picture(200, 24, QImage::Format_ARGB32_Premultiplied);
+  picture.fill(Qt::transparent);
+  QPainter painter(&picture);
+  TextLine(line).draw(painter, {5, 17}, 1);
+  return picture;
+}
+
+AttributedText pairing(const std::string& first, const std::string& second) {
+  AttributedText line = text(first, plain);
+  line.push_back(text(" v ", plain).front());
+  line.push_back(text(second, plain).front());
+  line.front().attributes.color = {{1, 0, 0}, 1};
+  line.back().attributes.color = {{0, 0, 1}, 1};
+  return line;
+}
+
+TEST(QtText, RunsGoTheWayThatTheLineGoes) {
+  const QImage latin = drawn(pairing("MI", "CSK"));
+  EXPECT_LT(middle(latin, Qt::red), middle(latin, Qt::blue));
+  const QImage arabic = drawn(pairing("كراتشي", "لاهور"));
+  EXPECT_GT(middle(arabic, Qt::red), middle(arabic, Qt::blue));
+}
+
+TEST(QtText, ARunIsWhereItWouldBeInAnUncutLine) {
+  for (const auto& [first, second] :
+       {std::pair{"MI", "CSK"}, {"كراتشي", "لاهور"}, {"كراتشي", "CSK"}, {"MI", "لاهور"}}) {
+    AttributedText inRuns = pairing(first, second);
+    for (auto& run : inRuns) run.attributes.color = {};
+    const QImage whole = drawn(text(std::string(first) + " v " + second, plain));
+    EXPECT_EQ(drawn(inRuns), whole) << first << " v " << second;
+  }
+}
+
+TEST(QtText, DigitsStandInTheMiddleOfTheirCells) {
+  const double cell = width(text("0", score));
+  const double one = width(text("1", plain));
+  ASSERT_LT(one, cell - 1);
+  QImage alone(40, 24, QImage::Format_ARGB32_Premultiplied);
+  alone.fill(Qt::transparent);
+  {
+    QPainter painter(&alone);
+    TextLine(text("1", plain)).draw(painter, {5 + (cell - one) / 2, 17}, 1);
+  }
+  EXPECT_EQ(drawn(text("1", score)).copy(0, 0, 40, 24), alone);
+}
+
+TEST(QtText, AColonIsAsHighBetweenAnyDigits) {
+  const auto colon = [](const char* time) {
+    const double middle = 5 + width(text("0", score)) + width(text(":", score)) / 2;
+    return drawn(text(time, score)).copy(static_cast<int>(middle) - 1, 0, 2, 24);
+  };
+  EXPECT_EQ(colon("1:1"), colon("7:3"));
+  EXPECT_EQ(colon("1:1"), colon("9:0"));
+}
+
+TEST(QtText, LineBreaksAndTabulatorsAreSpaces) {
+  for (const auto* broken : {"MI\nCSK", "MI\tCSK", "MI\u2028CSK", "MI\u2029CSK", "MI\rCSK"}) {
+    EXPECT_EQ(drawn(text(broken, plain)), drawn(text("MI CSK", plain)));
+  }
+  EXPECT_NE(width(text("7:30\u202fPM", plain)), width(text("7:30 PM", plain)));
+}
+
 TEST(QtText, ABlurKeepsTheLightAndSpreadsItEvenly) {
   QImage dot(41, 41, QImage::Format_ARGB32_Premultiplied);
-  dot.fill(Qt::transparent);
   dot.fill(Qt::transparent);
   for (int y = 17; y < 24; ++y) {
     for (int x = 17; x < 24; ++x) dot.setPixelColor(x, y, Qt::white);
