@@ -2,7 +2,13 @@
 
 #include <gmock/gmock.h>
 
+#include <memory>
+#include <optional>
+#include <string>
 #include <vector>
+
+#include "KestrowCore/LaunchAgentWriter.hpp"
+#include "Tests/Support/TemporaryFolder.hpp"
 
 namespace kestrow {
 namespace {
@@ -181,6 +187,38 @@ TEST_F(LoginItemTest, WithoutASecondWayTheServiceAloneTells) {
   EXPECT_EQ(single.setEnabled(true), LoginItemStatus::on);
   desktop.statusOnceUnregistered = LoginServiceStatus::notRegistered;
   EXPECT_EQ(single.setEnabled(false), LoginItemStatus::off);
+}
+
+// The two ways together, with files that are really there.
+class LoginItemWithFileTest : public testing::Test {
+ public:
+  TemporaryFolder folder;
+  LaunchAgentWriter writer{folder.path() / "LaunchAgents"};
+  Desktop desktop;
+  LoginItem item{std::make_unique<Service>(desktop), std::make_unique<LaunchAgentWriter>(writer)};
+};
+
+TEST_F(LoginItemWithFileTest, AFolderThatCannotBeWrittenShowsAsChosenAndThenAsOff) {
+  writeFile(folder.path() / "LaunchAgents", "a file in the way");
+  desktop.statusOnceRegistered = LoginServiceStatus::notFound;
+  EXPECT_EQ(item.setEnabled(true), LoginItemStatus::onFallback);
+  EXPECT_EQ(item.status(), LoginItemStatus::off);
+}
+
+TEST_F(LoginItemWithFileTest, TheFileComesWithTheFallbackAndGoesWithTheService) {
+  desktop.status = LoginServiceStatus::notFound;
+  EXPECT_EQ(item.setEnabled(true), LoginItemStatus::onFallback);
+  EXPECT_TRUE(writer.isInstalled());
+  EXPECT_EQ(item.status(), LoginItemStatus::onFallback);
+  desktop.status = LoginServiceStatus::enabled;
+  EXPECT_EQ(item.setEnabled(true), LoginItemStatus::on);
+  EXPECT_FALSE(writer.isInstalled());
+}
+
+TEST_F(LoginItemWithFileTest, TurningItOffWithoutAFileIsNoFailure) {
+  EXPECT_EQ(item.setEnabled(false), LoginItemStatus::off);
+  desktop.status = LoginServiceStatus::requiresApproval;
+  EXPECT_EQ(item.setEnabled(false), LoginItemStatus::needsApproval);
 }
 
 TEST_F(LoginItemTest, OpensTheSystemsSettings) {

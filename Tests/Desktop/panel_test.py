@@ -48,6 +48,8 @@ class Panel(PanelTest):
             ("check box", "Hide pill"),
             ("check box", "Launch at login"),
             ("push button", "Quit Kestrow")])
+        self.assertEqual([e.labels for e in self.dialog().all() if e.role == "combo box"],
+                         [["Team colours"], ["Alert style"]])
         self.assertEqual(self.control("radio button", "India v").description,
                          "Indian Premier League · IND 88/1 (9.0)")
         self.assertEqual(self.control("check box", "Launch").description, "Off")

@@ -31,11 +31,15 @@ def describe(element, path):
             "actions": [Atspi.Action.get_action_name(element, i)
                         for i in range(Atspi.Action.get_n_actions(element))]
                        if element.get_action_iface() else [],
+            "labels": [relation.get_target(i).get_name()
+                       for relation in element.get_relation_set()
+                       if relation.get_relation_type() == Atspi.RelationType.LABELLED_BY
+                       for i in range(relation.get_n_targets())],
             "children": [describe(child, path + [i]) for i, child in enumerate(children(element))],
         }
     except GLib.Error as error:  # it went away while it was read
         return {"path": path, "role": "gone", "name": str(error), "description": "", "states": [],
-                "extents": [0, 0, 0, 0], "actions": [], "children": []}
+                "extents": [0, 0, 0, 0], "actions": [], "labels": [], "children": []}
 
 
 def children(element):
