@@ -12,68 +12,53 @@ namespace chrono = std::chrono;
 constexpr Date earliest = chrono::sys_days(chrono::year(0) / 1 / 1);
 constexpr Date tooLate = chrono::sys_days(chrono::year(10000) / 1 / 1);
 
-// Takes a date-time apart from its front. Reading beyond the end, or what is not there, makes it
-// bad, and it stays so.
-class Scanner {
- public:
-  explicit Scanner(std::string_view text) : rest_(text) {}
+constexpr std::string_view dateTimeShape = "0000-00-00T00:00:00";
+constexpr std::string_view offsetShape = "00:00";  // behind its sign
 
-  bool isGood() const { return isGood_; }
-  bool isAtEnd() const { return rest_.empty(); }
+bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
 
-  bool skipIf(char c) {
-    if (!rest_.starts_with(c)) return false;
-    rest_.remove_prefix(1);
-    return true;
+// Whether the text has a digit for each 0 of the shape, and the shape's other characters as they
+// are.
+bool hasShape(std::string_view text, std::string_view shape) {
+  if (text.size() != shape.size()) return false;
+  for (std::size_t at = 0; at < shape.size(); ++at) {
+    if (shape[at] == '0' ? !isDigit(text[at]) : text[at] != shape[at]) return false;
   }
+  return true;
+}
 
-  void skip(char c) { isGood_ = skipIf(c) && isGood_; }
+// The number of so many digits at this place.
+int number(std::string_view text, std::size_t at, std::size_t digits) {
+  int value = 0;
+  for (const char c : text.substr(at, digits)) value = value * 10 + (c - '0');
+  return value;
+}
 
-  // A number of exactly so many digits, at most `largest`.
-  int number(int digits, int largest) {
-    int value = 0;
-    for (int count = 0; count < digits; ++count) value = value * 10 + digit();
-    isGood_ = isGood_ && value <= largest;
-    return value;
+// Takes a fraction, if there is one, from the front of the text; its digits beyond microseconds are
+// cut off. Nothing for a point without digits.
+std::optional<chrono::microseconds> takeFraction(std::string_view& text) {
+  if (!text.starts_with('.')) return chrono::microseconds{0};
+  text.remove_prefix(1);
+  if (text.empty() || !isDigit(text.front())) return std::nullopt;
+  int millionths = 0;
+  for (int unit = 100'000; !text.empty() && isDigit(text.front()); unit /= 10) {
+    millionths += (text.front() - '0') * unit;
+    text.remove_prefix(1);
   }
+  return chrono::microseconds{millionths};
+}
 
-  // The digits of a fraction, at least one, in millionths; those beyond are cut off.
-  int millionths() {
-    int value = 0;
-    int unit = 100'000;
-    do {
-      value += digit() * unit;
-      unit /= 10;
-    } while (startsWithDigit());
-    return value;
-  }
-
- private:
-  bool startsWithDigit() const {
-    return !rest_.empty() && rest_.front() >= '0' && rest_.front() <= '9';
-  }
-
-  int digit() {
-    if (!startsWithDigit()) {
-      isGood_ = false;
-      return 0;
-    }
-    const int value = rest_.front() - '0';
-    rest_.remove_prefix(1);
-    return value;
-  }
-
-  std::string_view rest_;
-  bool isGood_ = true;
-};
-
-chrono::minutes scanOffset(Scanner& scanner) {
-  if (scanner.skipIf('Z')) return chrono::minutes{0};
-  const bool isWest = scanner.skipIf('-');
-  if (!isWest) scanner.skip('+');
-  const chrono::hours hours{scanner.number(2, 23)};
-  scanner.skip(':');
-  const auto offset = hours + chrono::minutes{scanner.number(2, 59)};
+std::optional<chrono::minutes> parseOffset(std::string_view text) {
+  if (text == "Z") return chrono::minutes{0};
+  const bool isWest = text.starts_with('-');
+  if (!isWest && !text.starts_with('+')) return std::nullopt;
+  if (!hasShape(text.substr(1), offsetShape)) return std::nullopt;
+  const int hours = number(text, 1, 2);
+  const int minutes = number(text, 4, 2);
+  if (hours > 23 || minutes > 59) return std::nullopt;
+  const auto offset = chrono::hours{hours} + chrono::minutes{minutes};
   return isWest ? -offset : offset;
 }
 
@@ -90,23 +75,20 @@ Date systemNow() {
 }
 
 std::optional<Date> parseInternetDate(std::string_view text) {
-  Scanner scanner(text);
-  const chrono::year year{scanner.number(4, 9999)};
-  scanner.skip('-');
-  const auto month = static_cast<unsigned>(scanner.number(2, 12));
-  scanner.skip('-');
-  const auto day = static_cast<unsigned>(scanner.number(2, 31));
-  scanner.skip('T');
-  const chrono::hours hours{scanner.number(2, 23)};
-  scanner.skip(':');
-  const chrono::minutes minutes{scanner.number(2, 59)};
-  scanner.skip(':');
-  const chrono::seconds seconds{scanner.number(2, 59)};  // system time knows no leap second
-  const chrono::microseconds fraction{scanner.skipIf('.') ? scanner.millionths() : 0};
-  const auto offset = scanOffset(scanner);
-  const chrono::year_month_day days(year, chrono::month(month), chrono::day(day));
-  if (!scanner.isGood() || !scanner.isAtEnd() || !days.ok()) return std::nullopt;
-  const Date date = chrono::sys_days(days) + hours + minutes + seconds + fraction - offset;
+  if (!hasShape(text.substr(0, dateTimeShape.size()), dateTimeShape)) return std::nullopt;
+  const chrono::year_month_day day{chrono::year(number(text, 0, 4)),
+                                   chrono::month(static_cast<unsigned>(number(text, 5, 2))),
+                                   chrono::day(static_cast<unsigned>(number(text, 8, 2)))};
+  const int hours = number(text, 11, 2);
+  const int minutes = number(text, 14, 2);
+  const int seconds = number(text, 17, 2);  // below 60: system time knows no leap second
+  if (!day.ok() || hours > 23 || minutes > 59 || seconds > 59) return std::nullopt;
+  auto rest = text.substr(dateTimeShape.size());
+  const auto fraction = takeFraction(rest);
+  const auto offset = parseOffset(rest);
+  if (!fraction || !offset) return std::nullopt;
+  const Date date = chrono::sys_days(day) + chrono::hours{hours} + chrono::minutes{minutes} +
+                    chrono::seconds{seconds} + *fraction - *offset;
   if (date < earliest || date >= tooLate) return std::nullopt;
   return date;
 }

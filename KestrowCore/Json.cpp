@@ -19,25 +19,41 @@ using nlohmann::ordered_json;
 // The library's cursors are a document's address and a place on its tape: two words that the header
 // can hold without knowing the library.
 template <class Cursor>
-Cursor unpacked(const Value::Words& words) {
-  static_assert(sizeof(Cursor) == sizeof(Value::Words) && std::is_trivially_copyable_v<Cursor>);
-  return std::bit_cast<Cursor>(words);
+Cursor unpacked(Place place) {
+  static_assert(sizeof(Cursor) == sizeof(Place) && std::is_trivially_copyable_v<Cursor>);
+  return std::bit_cast<Cursor>(place);
 }
 
 template <class Cursor>
-Value::Words packed(const Cursor& cursor) {
-  return std::bit_cast<Value::Words>(cursor);
+Place packed(const Cursor& cursor) {
+  return std::bit_cast<Place>(cursor);
 }
 
-dom::element element(const Value& value) {
-  return unpacked<dom::element>(value.words());
-}
-
-template <class T>
-std::optional<T> taken(simdjson::simdjson_result<T> result) {
-  T value;
-  if (std::move(result).get(value) != simdjson::SUCCESS) return std::nullopt;
-  return value;
+void read(dom::element element, Value::Content& out) {
+  switch (element.type()) {
+    case dom::element_type::ARRAY:
+      out.emplace<ArrayPlace>(packed(element));
+      return;
+    case dom::element_type::OBJECT:
+      out.emplace<ObjectPlace>(packed(element));
+      return;
+    case dom::element_type::INT64:
+      out.emplace<std::int64_t>(element.get_int64().value_unsafe());
+      return;
+    case dom::element_type::UINT64:  // only those beyond int64: near enough, for no integer fits
+    case dom::element_type::DOUBLE:
+      out.emplace<double>(element.get_double().value_unsafe());
+      return;
+    case dom::element_type::STRING:
+      out.emplace<std::string_view>(element.get_string().value_unsafe());
+      return;
+    case dom::element_type::BOOL:
+      out.emplace<bool>(element.get_bool().value_unsafe());
+      return;
+    case dom::element_type::NULL_VALUE:
+      break;
+  }
+  out.emplace<std::monostate>();
 }
 
 std::string reason(simdjson::error_code code) {
@@ -50,87 +66,50 @@ std::string Error::description() const {
   return path.empty() ? reason : path + ": " + reason;
 }
 
-Kind Value::kind() const {
-  switch (element(*this).type()) {
-    case dom::element_type::ARRAY:
-      return Kind::array;
-    case dom::element_type::OBJECT:
-      return Kind::object;
-    case dom::element_type::INT64:
-    case dom::element_type::UINT64:
-    case dom::element_type::DOUBLE:
-      return Kind::number;
-    case dom::element_type::STRING:
-      return Kind::text;
-    case dom::element_type::BOOL:
-      return Kind::boolean;
-    case dom::element_type::NULL_VALUE:
-      break;
-  }
-  return Kind::null;
-}
-
-std::optional<bool> Value::boolean() const {
-  return taken(element(*this).get_bool());
-}
-
-std::optional<double> Value::number() const {
-  return taken(element(*this).get_double());
-}
-
-std::optional<std::string_view> Value::text() const {
-  return taken(element(*this).get_string());
-}
-
-std::optional<std::int64_t> Value::integer() const {
-  const auto self = element(*this);
-  if (const auto whole = taken(self.get_int64())) return whole;
-  if (self.type() != dom::element_type::DOUBLE) return std::nullopt;
+bool Value::getWhole(std::int64_t& out) const {
+  const auto* real = std::get_if<double>(&content_);
   constexpr double limit = 9223372036854775808.0;  // 2^63, the first that does not fit
-  const auto number = taken(self.get_double());
-  if (!number || *number < -limit || *number >= limit) return std::nullopt;
-  const auto whole = static_cast<std::int64_t>(*number);
-  if (static_cast<double>(whole) != *number) return std::nullopt;
-  return whole;
+  if (!real || *real < -limit || *real >= limit) return false;
+  out = static_cast<std::int64_t>(*real);
+  return static_cast<double>(out) == *real;
 }
 
 std::optional<Value> Value::find(std::string_view key) const {
   Entries entries(*this);
-  while (const auto entry = entries.next()) {
-    if (entry->key == key) return entry->value;
+  for (Entry entry; entries.next(entry);) {
+    if (entry.key == key) return entry.value;
   }
   return std::nullopt;
 }
 
 Items::Items(const Value& array) {
-  const auto items = taken(element(array).get_array());
-  if (!items) return;
-  position_ = packed(items->begin());
-  end_ = packed(items->end());
-  count_ = items->size();
+  const auto* place = std::get_if<ArrayPlace>(&array.content());
+  if (!place) return;
+  const dom::array items = unpacked<dom::element>(*place).get_array().value_unsafe();
+  next_ = packed(items.begin());
+  end_ = packed(items.end());
+  count_ = items.size();
 }
 
-std::optional<Value> Items::next() {
-  if (position_ == end_) return std::nullopt;
-  auto cursor = unpacked<dom::array::iterator>(position_);
-  const Value value(packed(*cursor));
-  position_ = packed(++cursor);
-  return value;
+Place Items::take(Place place, Value& item) {
+  auto cursor = unpacked<dom::array::iterator>(place);
+  read(*cursor, item.content());
+  return packed(++cursor);
 }
 
 Entries::Entries(const Value& object) {
-  const auto entries = taken(element(object).get_object());
-  if (!entries) return;
-  position_ = packed(entries->begin());
-  end_ = packed(entries->end());
+  const auto* place = std::get_if<ObjectPlace>(&object.content());
+  if (!place) return;
+  const dom::object entries = unpacked<dom::element>(*place).get_object().value_unsafe();
+  next_ = packed(entries.begin());
+  end_ = packed(entries.end());
 }
 
-std::optional<Entry> Entries::next() {
-  if (position_ == end_) return std::nullopt;
-  auto cursor = unpacked<dom::object::iterator>(position_);
-  const Entry entry{.key = cursor.key(), .value = Value(packed(cursor.value()))};
-  position_ = packed(++cursor);
-  return entry;
+Place Entries::take(Place place, Entry& entry) {
+  auto cursor = unpacked<dom::object::iterator>(place);
+  entry.key = cursor.key();
+  read(cursor.value(), entry.value.content());
+  return packed(++cursor);
 }
 
 struct Document::Parsed {
@@ -153,7 +132,9 @@ std::expected<Document, Error> Document::parse(std::string_view body) {
 }
 
 Value Document::root() const {
-  return Value(packed(parsed_->root));
+  Value root;
+  read(parsed_->root, root.content());
+  return root;
 }
 
 struct Writer::Building {

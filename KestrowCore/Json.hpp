@@ -3,7 +3,6 @@
 // parsed document to walk through, and a writer to build one.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <expected>
@@ -11,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 
 namespace kestrow::json {
 
@@ -23,45 +23,95 @@ struct Error {
   bool operator==(const Error&) const = default;
 };
 
-enum class Kind { null, boolean, number, text, array, object };
+enum class Kind { null, boolean, integer, real, text, array, object };
 
-// A value of a parsed document: as cheap to copy as two pointers, good while its document lives.
+// A cursor into a parsed document.
+struct Place {
+  std::uintptr_t document = 0;
+  std::uintptr_t position = 0;
+};
+
+struct ArrayPlace : Place {};
+struct ObjectPlace : Place {};
+
+// A value of a parsed document, taken out of it: cheap to copy, good while its document lives (a
+// text and a container refer to it).
 class Value {
  public:
-  using Words = std::array<std::uintptr_t, 2>;
-  explicit Value(Words words) : words_(words) {}
+  // In the order of the kinds.
+  using Content = std::variant<std::monostate, bool, std::int64_t, double, std::string_view,
+                               ArrayPlace, ObjectPlace>;
 
-  Kind kind() const;
+  const Content& content() const { return content_; }
+
+  // For who reads the document: puts the content in place, for copying it is what costs.
+  Content& content() { return content_; }
+
+  Kind kind() const { return static_cast<Kind>(content_.index()); }
   bool isNull() const { return kind() == Kind::null; }
 
-  // The value when it is of that kind, else nothing.
-  std::optional<bool> boolean() const;
-  std::optional<double> number() const;
-  std::optional<std::string_view> text() const;  // a view into the document
+  // Gives the value when it is of that kind; else false. An integer is a whole number that fits 64
+  // bits, however it is written (1, 1.0, 1e0); a double is any number.
+  bool get(bool& out) const { return getExactly(out); }
+  bool get(std::int64_t& out) const { return getExactly(out) || getWhole(out); }
+  bool get(std::string_view& out) const { return getExactly(out); }
+  bool get(double& out) const {
+    if (const auto* integer = std::get_if<std::int64_t>(&content_)) {
+      out = static_cast<double>(*integer);
+      return true;
+    }
+    return getExactly(out);
+  }
 
-  // A whole number that fits 64 bits, however it is written (1, 1.0, 1e0), else nothing.
-  std::optional<std::int64_t> integer() const;
+  // The same, with nothing for a value of another kind.
+  std::optional<bool> boolean() const { return as<bool>(); }
+  std::optional<double> number() const { return as<double>(); }
+  std::optional<std::int64_t> integer() const { return as<std::int64_t>(); }
+  std::optional<std::string_view> text() const { return as<std::string_view>(); }
 
   // The value under the key (the first, should there be several); nothing when there is none or
   // this is not an object. Looks at one key after the other.
   std::optional<Value> find(std::string_view key) const;
 
-  const Words& words() const { return words_; }
-
  private:
-  Words words_;
+  template <class T>
+  bool getExactly(T& out) const {
+    const auto* value = std::get_if<T>(&content_);
+    if (!value) return false;
+    out = *value;
+    return true;
+  }
+
+  template <class T>
+  std::optional<T> as() const {
+    T value{};
+    if (!get(value)) return std::nullopt;
+    return value;
+  }
+
+  bool getWhole(std::int64_t& out) const;
+
+  Content content_;
 };
 
-// Walks through the items of an array; there are none in a value that is not an array.
+// Walks through the items of an array: `Items items(value); for (Value item; items.next(item);)`.
+// There are none in a value that is not an array.
 class Items {
  public:
   explicit Items(const Value& array);
-  std::optional<Value> next();
+  bool next(Value& item) {  // false behind the last one
+    if (next_.position == end_.position) return false;
+    next_ = take(next_, item);
+    return true;
+  }
   std::size_t count() const { return count_; }  // of all items; short of it above 16 million
 
  private:
-  Value::Words position_{};
-  Value::Words end_{};
+  // Gives the place of the item behind this one. (By value, to stay in registers.)
+  static Place take(Place place, Value& item);
+
+  Place next_;
+  Place end_;
   std::size_t count_ = 0;
 };
 
@@ -70,16 +120,22 @@ struct Entry {
   Value value;
 };
 
-// Walks through the entries of an object in the order written; there are none in a value that is
-// not an object.
+// Walks in the same way through the entries of an object, in the order written.
 class Entries {
  public:
   explicit Entries(const Value& object);
-  std::optional<Entry> next();
+  bool next(Entry& entry) {  // false behind the last one
+    if (next_.position == end_.position) return false;
+    next_ = take(next_, entry);
+    return true;
+  }
 
  private:
-  Value::Words position_{};
-  Value::Words end_{};
+  // Gives the place of the entry behind this one. (By value, to stay in registers.)
+  static Place take(Place place, Entry& entry);
+
+  Place next_;
+  Place end_;
 };
 
 // A parsed document. The whole text is checked, to its last byte: syntax, UTF-8, numbers that fit.

@@ -19,6 +19,7 @@
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <expected>
 #include <map>
 #include <optional>
@@ -45,149 +46,166 @@ struct Text;
 
 enum class Presence { required, optional, withDefault };
 
-template <class T, Presence presence>
+// `size` is the key's length: known in compiling, it makes comparing a key a matter of a few
+// instructions.
+template <class T, Presence presence, std::size_t size>
 struct Field {
-  // Looks at a decoded value; a reason refuses it.
-  using Check = std::optional<std::string> (*)(const std::remove_const_t<T>& value);
+  // Looks at a decoded value; a reason refuses it, null takes it.
+  using Check = const char* (*)(const std::remove_const_t<T>& value);
 
   static constexpr Presence presenceRule = presence;
-  std::string_view key;
+  const char* text;  // the key's characters
   T& value;
   Check check = nullptr;
+
+  std::string_view key() const { return {text, size}; }
+  bool isCalled(std::string_view name) const {
+    return name.size() == size && std::memcmp(name.data(), text, size) == 0;
+  }
 };
 
 // The key must be there, and not be null.
-template <class T>
-auto required(std::string_view key, T& value) {
-  return Field<T, Presence::required>{key, value};
+template <class T, std::size_t size>
+auto required(const char (&key)[size], T& value) {
+  return Field<T, Presence::required, size - 1>{key, value};
 }
 
 // Absent and null are alike; an absent value is left out in encoding. T is a std::optional.
-template <class T>
-auto optional(std::string_view key, T& value,
-              typename Field<T, Presence::optional>::Check check = nullptr) {
-  return Field<T, Presence::optional>{key, value, check};
+template <class T, std::size_t size>
+auto optional(const char (&key)[size], T& value,
+              const char* (*check)(const std::remove_const_t<T>& value) = nullptr) {
+  return Field<T, Presence::optional, size - 1>{key, value, check};
 }
 
 // Absent and null leave the value that the record begins with; always encoded.
-template <class T>
-auto withDefault(std::string_view key, T& value) {
-  return Field<T, Presence::withDefault>{key, value};
+template <class T, std::size_t size>
+auto withDefault(const char (&key)[size], T& value) {
+  return Field<T, Presence::withDefault, size - 1>{key, value};
 }
 
-// Where decoding is: a chain through the callers' frames, turned into a path only on failure.
-struct Place {
-  const Place* outer = nullptr;  // none at the document's root
-  std::string_view key;          // within an object; its address is null within an array
-  std::size_t index = 0;         // within an array
-};
-
-// One decoding. Each `read` gives false once something is wrong; then `failure` tells it.
+// One decoding. Each `read` gives false once something is wrong; then `failure` tells it. The path
+// is put together on the way out, so a decoding that succeeds does nothing for it.
 class Decoder {
  public:
   const Error& failure() const { return failure_; }
 
-  bool read(const Value& value, bool& out, const Place& place);
-  bool read(const Value& value, std::int64_t& out, const Place& place);
-  bool read(const Value& value, double& out, const Place& place);
-  bool read(const Value& value, std::string& out, const Place& place);
+  bool read(const Value& value, bool& out) {
+    return value.get(out) || mismatch("a boolean", value);
+  }
+  bool read(const Value& value, double& out) {
+    return value.get(out) || mismatch("a number", value);
+  }
+  bool read(const Value& value, std::int64_t& out) {
+    return value.get(out) || mismatch("an integer of 64 bits", value);
+  }
+  bool read(const Value& value, std::string& out) {
+    std::string_view text;
+    if (!value.get(text)) return mismatch("a text", value);
+    out.assign(text);
+    return true;
+  }
 
   template <class T>
     requires requires(std::string_view text) { Text<T>::parse(text); }
-  bool read(const Value& value, T& out, const Place& place) {
-    const auto text = value.text();
-    if (!text) return mismatch(place, "a text", value);
-    auto parsed = Text<T>::parse(*text);
-    if (!parsed) return fail(place, std::move(parsed.error()));
+  bool read(const Value& value, T& out) {
+    std::string_view text;
+    if (!value.get(text)) return mismatch("a text", value);
+    auto parsed = Text<T>::parse(text);
+    if (!parsed) return fail(std::move(parsed.error()));
     out = *std::move(parsed);
     return true;
   }
 
   template <class T>
-  bool read(const Value& value, std::optional<T>& out, const Place& place) {
+  bool read(const Value& value, std::optional<T>& out) {
     out.reset();
-    return value.isNull() || read(value, out.emplace(), place);
+    return value.isNull() || read(value, out.emplace());
   }
 
   template <class T>
-  bool read(const Value& value, std::vector<T>& out, const Place& place) {
-    if (value.kind() != Kind::array) return mismatch(place, "a list", value);
+  bool read(const Value& value, std::vector<T>& out) {
+    if (value.kind() != Kind::array) return mismatch("a list", value);
     Items items(value);
     out.clear();
     // The count is taken at its word up to here only: a short text can hold very many bad items.
     constexpr std::size_t maxReserved = 1024;
     out.reserve(std::min(items.count(), maxReserved));
-    for (Place inside{.outer = &place}; const auto item = items.next(); ++inside.index) {
-      if (!read(*item, out.emplace_back(), inside)) return false;
+    for (Value item; items.next(item);) {
+      if (!read(item, out.emplace_back())) return failedAt(out.size() - 1);
     }
     return true;
   }
 
   template <class T>
-  bool read(const Value& value, std::map<std::string, T>& out, const Place& place) {
-    if (value.kind() != Kind::object) return mismatch(place, "an object", value);
+  bool read(const Value& value, std::map<std::string, T>& out) {
+    if (value.kind() != Kind::object) return mismatch("an object", value);
     Entries entries(value);
     out.clear();
-    while (const auto entry = entries.next()) {
-      const auto [position, isNew] = out.try_emplace(std::string(entry->key));
-      const Place inside{.outer = &place, .key = entry->key};
-      if (isNew && !read(entry->value, position->second, inside)) return false;
+    for (Entry entry; entries.next(entry);) {
+      const auto [position, isNew] = out.try_emplace(std::string(entry.key));
+      if (isNew && !read(entry.value, position->second)) return failedAt(entry.key);
     }
     return true;
   }
 
   template <class T>
     requires requires(T& record) { Record<T>::fields(record); }
-  bool read(const Value& value, T& record, const Place& place) {
-    if (value.kind() != Kind::object) return mismatch(place, "an object", value);
-    const auto fields = Record<T>::fields(record);
-    return readFields(Entries(value), fields, place,
-                      std::make_index_sequence<std::tuple_size_v<decltype(fields)>>());
+  bool read(const Value& value, T& record) {
+    if (value.kind() != Kind::object) return mismatch("an object", value);
+    Entries entries(value);
+    return readFields(entries, record, std::make_index_sequence<std::tuple_size_v<FieldsOf<T>>>());
   }
 
  private:
+  template <class T>
+  using FieldsOf = decltype(Record<T>::fields(std::declval<T&>()));
+
   // Goes once through the entries; the bits of `seen` are the fields met.
-  template <class Fields, std::size_t... index>
-  bool readFields(Entries entries, const Fields& fields, const Place& place,
-                  std::index_sequence<index...>) {
+  template <class T, std::size_t... index>
+  bool readFields(Entries& entries, T& record, std::index_sequence<index...>) {
     static_assert(sizeof...(index) <= 64);
+    const auto fields = Record<T>::fields(record);
     std::uint64_t seen = 0;
-    while (const auto entry = entries.next()) {
+    for (Entry entry; entries.next(entry);) {
       bool isGood = true;
-      const auto tryField = [&](const auto& field, std::uint64_t bit) {
-        if (entry->key != field.key) return false;
-        if ((seen & bit) == 0) {
-          isGood = readField(entry->value, field, Place{.outer = &place, .key = field.key});
-        }
+      const auto take = [&](const auto& field, std::uint64_t bit) {
+        if ((seen & bit) == 0) isGood = readField(entry.value, field);
         seen |= bit;
         return true;
       };
-      (void)(tryField(std::get<index>(fields), std::uint64_t{1} << index) || ...);
-      if (!isGood) return false;
+      (void)((std::get<index>(fields).isCalled(entry.key) &&
+              take(std::get<index>(fields), std::uint64_t{1} << index)) ||
+             ...);
+      if (!isGood) return failedAt(entry.key);
     }
-    return ((isPresent(std::get<index>(fields), (seen >> index) & 1U, place)) && ...);
+    return ((isPresent(std::get<index>(fields), (seen >> index) & 1U)) && ...);
   }
 
-  template <class T, Presence presence>
-  bool readField(const Value& value, const Field<T, presence>& field, const Place& place) {
+  template <class T, Presence presence, std::size_t size>
+  bool readField(const Value& value, const Field<T, presence, size>& field) {
     if constexpr (presence == Presence::withDefault) {
       if (value.isNull()) return true;
     }
-    if (!read(value, field.value, place)) return false;
+    if (!read(value, field.value)) return false;
     if (!field.check) return true;
-    auto problem = field.check(field.value);
-    return !problem || fail(place, *std::move(problem));
+    const char* problem = field.check(field.value);
+    return !problem || fail(problem);
   }
 
-  template <class T, Presence presence>
-  bool isPresent(const Field<T, presence>& field, bool wasSeen, const Place& place) {
+  template <class T, Presence presence, std::size_t size>
+  bool isPresent(const Field<T, presence, size>& field, bool wasSeen) {
     if (presence != Presence::required || wasSeen) return true;
-    return fail(Place{.outer = &place, .key = field.key}, "missing");
+    fail("missing");
+    return failedAt(field.key());
   }
 
-  // Both give false, so that a failing read can end with them.
-  bool fail(const Place& place, std::string reason);
-  bool mismatch(const Place& place, std::string_view expected, const Value& found);
+  // These give false, so that a failing read can end with them. The first two begin a failure, the
+  // others put the container's key or index before its path.
+  bool fail(std::string reason);
+  bool mismatch(std::string_view expected, const Value& found);
+  bool failedAt(std::string_view key);
+  bool failedAt(std::size_t index);
+  bool failedUnder(std::string step);
 
   Error failure_;
 };
@@ -199,8 +217,7 @@ std::expected<T, Error> decode(std::string_view body) {
   if (!document) return std::unexpected(document.error());
   std::expected<T, Error> result;
   Decoder decoder;
-  if (!decoder.read(document->root(), *result, Place{}))
-    result = std::unexpected(decoder.failure());
+  if (!decoder.read(document->root(), *result)) result = std::unexpected(decoder.failure());
   return result;
 }
 
@@ -244,14 +261,14 @@ void write(Writer& writer, const std::map<std::string, T>& entries) {
   writer.endObject();
 }
 
-template <class T, Presence presence>
-void writeField(Writer& writer, const Field<T, presence>& field) {
+template <class T, Presence presence, std::size_t size>
+void writeField(Writer& writer, const Field<T, presence, size>& field) {
   if constexpr (presence == Presence::optional) {
     if (!field.value) return;
-    writer.key(field.key);
+    writer.key(field.key());
     write(writer, *field.value);
   } else {
-    writer.key(field.key);
+    writer.key(field.key());
     write(writer, field.value);
   }
 }

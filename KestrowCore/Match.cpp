@@ -32,24 +32,18 @@ bool secondIsCurrent(const Innings& first, const Innings& second) {
 
 }  // namespace
 
-std::optional<std::int64_t> ballsInOvers(double overs) {
-  const double whole = std::floor(overs);
-  constexpr double limit = 9223372036854775808.0;  // 2^63
-  if (std::isnan(whole) || whole < -limit || whole >= limit) return std::nullopt;
-  const auto part = static_cast<std::int64_t>(std::round((overs - whole) * 10));
-  std::int64_t balls = 0;
-  if (__builtin_mul_overflow(static_cast<std::int64_t>(whole), ballsPerOver, &balls) ||
-      __builtin_add_overflow(balls, part, &balls)) {
-    return std::nullopt;
-  }
-  return balls;
+bool areCountable(double overs) {
+  // The largest double that is below 2^63 / 6. It is whole, and so are all beyond it.
+  constexpr double largest = 1537228672809129216.0;
+  return std::abs(overs) <= largest;  // false when it is not a number
 }
 
 std::optional<std::int64_t> Innings::balls() const {
   if (!overs) return std::nullopt;
-  const auto balls = ballsInOvers(*overs);
-  if (!balls) std::abort();
-  return balls;
+  if (!areCountable(*overs)) std::abort();
+  const double whole = std::floor(*overs);
+  const double part = std::round((*overs - whole) * 10);
+  return static_cast<std::int64_t>(whole) * ballsPerOver + static_cast<std::int64_t>(part);
 }
 
 std::optional<Innings> Match::currentInnings() const {

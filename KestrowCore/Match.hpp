@@ -36,9 +36,9 @@ struct Innings {
   bool operator==(const Innings&) const = default;
 };
 
-// The legal balls in overs in cricket notation (the whole part is overs, the first decimal digit
-// balls); nothing when their count does not fit 64 bits.
-std::optional<std::int64_t> ballsInOvers(double overs);
+// Whether the legal balls in these overs (the whole part is overs, the first decimal digit balls)
+// can be counted in 64 bits.
+bool areCountable(double overs);
 
 enum class MatchPhase { live, inningsBreak, notStarted, finished };
 

@@ -25,9 +25,8 @@ std::string encode(const MatchResponse& response) {
 
 namespace json {
 
-std::optional<std::string> refuseUncountable(const std::optional<double>& overs) {
-  if (!overs || ballsInOvers(*overs)) return std::nullopt;
-  return "the balls in these overs can't be counted";
+const char* refuseUncountable(const std::optional<double>& overs) {
+  return !overs || areCountable(*overs) ? nullptr : "the balls in these overs can't be counted";
 }
 
 std::expected<Date, std::string> Text<Date>::parse(std::string_view text) {

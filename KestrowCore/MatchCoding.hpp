@@ -20,7 +20,7 @@ namespace json {
 
 // Overs are refused when their balls can't be counted in 64 bits: nothing that was decoded can
 // reach the trap in Innings::balls.
-std::optional<std::string> refuseUncountable(const std::optional<double>& overs);
+const char* refuseUncountable(const std::optional<double>& overs);
 
 template <>
 struct Text<Date> {

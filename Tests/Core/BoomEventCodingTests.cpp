@@ -67,12 +67,12 @@ TEST(BoomEventCoding, ReadsAKindItDoesNotKnowAsOther) {
 
 TEST(BoomEventCoding, IsStrictAboutEverythingElse) {
   EXPECT_EQ(failureOf<BoomEvent>(eventBody(R"("kind":4)")),
-            "kind: expected a text, found a number");
+            "kind: expected a text, found an integer");
   EXPECT_EQ(failureOf<BoomEvent>(eventBody(R"("kind":null)")), "kind: expected a text, found null");
   EXPECT_EQ(failureOf<BoomEvent>(eventBody(R"("late":0)")),
-            "late: expected a boolean, found a number");
+            "late: expected a boolean, found an integer");
   EXPECT_EQ(failureOf<BoomEvent>(eventBody(R"("id":"41")")),
-            "id: expected an integer, found a text");
+            "id: expected an integer of 64 bits, found a text");
   EXPECT_EQ(failureOf<BoomEvent>(eventBody(R"("at":"yesterday")")), "at: Bad date yesterday");
   for (const std::string_view key : {"id", "kind", "team", "late", "at"}) {
     auto body = eventBody();

@@ -19,6 +19,13 @@ std::string nested(std::size_t depth) {
   return std::string(depth, '[') + std::string(depth, ']');
 }
 
+Value firstItem(const Document& document) {
+  Items items(document.root());
+  Value item;
+  EXPECT_TRUE(items.next(item));
+  return item;
+}
+
 TEST(JsonError, TellsThePlaceBeforeTheReason) {
   EXPECT_EQ((Error{.path = "live[3].id", .reason = "missing"}).description(),
             "live[3].id: missing");
@@ -73,7 +80,7 @@ TEST(JsonDocument, HoldsSixteenMebibytes) {
 TEST(JsonDocument, StaysGoodWhenMoved) {
   auto document = parsed("[7]");
   const auto moved = std::move(document);
-  EXPECT_EQ(Items(moved.root()).next()->integer(), 7);
+  EXPECT_EQ(firstItem(moved).integer(), 7);
 }
 
 TEST(JsonValue, KnowsItsKind) {
@@ -81,18 +88,20 @@ TEST(JsonValue, KnowsItsKind) {
   std::vector<Kind> kinds;
   Items items(document.root());
   EXPECT_EQ(items.count(), 8U);
-  while (const auto item = items.next()) kinds.push_back(item->kind());
-  EXPECT_EQ(kinds, (std::vector{Kind::null, Kind::boolean, Kind::number, Kind::number, Kind::number,
+  for (Value item; items.next(item);) kinds.push_back(item.kind());
+  EXPECT_EQ(kinds, (std::vector{Kind::null, Kind::boolean, Kind::integer, Kind::real, Kind::real,
                                 Kind::text, Kind::array, Kind::object}));
 }
 
 TEST(JsonValue, GivesOnlyWhatItIs) {
-  const auto document = parsed(R"({"t": "1", "n": 1, "b": true, "z": null})");
+  const auto document = parsed(R"({"t": "1", "n": 1, "r": 1.5, "b": true, "z": null})");
   const auto at = [&](std::string_view key) { return *document.root().find(key); };
   EXPECT_EQ(at("t").text(), "1");
   EXPECT_EQ(at("t").integer(), std::nullopt);
   EXPECT_EQ(at("t").number(), std::nullopt);
   EXPECT_EQ(at("n").number(), 1.0);
+  EXPECT_EQ(at("r").number(), 1.5);
+  EXPECT_EQ(at("r").integer(), std::nullopt);
   EXPECT_EQ(at("n").text(), std::nullopt);
   EXPECT_EQ(at("n").boolean(), std::nullopt);
   EXPECT_EQ(at("b").boolean(), true);
@@ -106,7 +115,7 @@ TEST(JsonValue, GivesOnlyWhatItIs) {
 TEST(JsonValue, IsAnIntegerWhenItIsWholeAndFits) {
   const auto integer = [](const std::string& body) {
     const auto document = parsed("[" + body + "]");
-    return Items(document.root()).next()->integer();
+    return firstItem(document).integer();
   };
   EXPECT_EQ(integer("9223372036854775807"), std::numeric_limits<std::int64_t>::max());
   EXPECT_EQ(integer("-9223372036854775808"), std::numeric_limits<std::int64_t>::min());
@@ -126,19 +135,28 @@ TEST(JsonEntries, ComeInTheOrderWritten) {
   const auto document = parsed(R"({"b": {"x": [1]}, "a\u00e9": 2, "b": 3})");
   std::vector<std::string> keys;
   Entries entries(document.root());
-  while (const auto entry = entries.next()) keys.emplace_back(entry->key);
+  for (Entry entry; entries.next(entry);) keys.emplace_back(entry.key);
   EXPECT_EQ(keys, (std::vector<std::string>{"b", "a\u00e9", "b"}));
   EXPECT_EQ(document.root().find("b")->kind(), Kind::object);
 }
 
 TEST(JsonEntries, AreNoneInWhatIsNotAContainer) {
-  const auto document = parsed(R"([3])");
-  EXPECT_FALSE(Entries(document.root()).next());
-  const auto three = *Items(document.root()).next();
-  EXPECT_FALSE(Items(three).next());
+  const auto list = parsed("[3]");
+  const auto three = firstItem(list);
+  Entry entry;
+  EXPECT_FALSE(Entries(list.root()).next(entry));
+  Value item;
+  EXPECT_FALSE(Items(three).next(item));
   EXPECT_EQ(Items(three).count(), 0U);
-  EXPECT_FALSE(Items(parsed("[]").root()).next());
-  EXPECT_FALSE(Entries(parsed("{}").root()).next());
+}
+
+TEST(JsonEntries, AreNoneInAnEmptyContainer) {
+  const auto list = parsed("[]");
+  Value item;
+  EXPECT_FALSE(Items(list.root()).next(item));
+  const auto object = parsed("{}");
+  Entry entry;
+  EXPECT_FALSE(Entries(object.root()).next(entry));
 }
 
 void writeSample(Writer& writer) {

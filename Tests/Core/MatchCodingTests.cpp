@@ -113,7 +113,7 @@ TEST(MatchCoding, TellsTheBadDateAsReceived) {
   EXPECT_EQ(json::decode<MatchesResponse>(R"({"updatedAt":""})").error(),
             (json::Error{.path = "updatedAt", .reason = "Bad date "}));
   EXPECT_EQ(json::decode<MatchResponse>(R"({"updatedAt":1})").error().description(),
-            "updatedAt: expected a text, found a number");
+            "updatedAt: expected a text, found an integer");
 }
 
 TEST(MatchCoding, TakesDatesWithAndWithoutAFraction) {
@@ -159,7 +159,7 @@ TEST(MatchCoding, RefusesOversWhoseBallsCanNotBeCounted) {
 
 TEST(MatchCoding, RefusesIntegersBeyondSixtyFourBits) {
   EXPECT_EQ(failureOfList(matchBody(R"("innings":[{"runs":9223372036854775808}])")),
-            "live[1].innings[0].runs: the number is not an integer of 64 bits");
+            "live[1].innings[0].runs: expected an integer of 64 bits, found a number");
   EXPECT_NE(failureOfList(matchBody(R"("innings":[{"runs":18446744073709551616}])")), "decoded");
 }
 

@@ -33,7 +33,7 @@ template <class Action>
 void forEach(const std::optional<json::Value>& list, const Action& action) {
   if (!list) return;
   json::Items items(*list);
-  while (const auto item = items.next()) action(*item);
+  for (json::Value item; items.next(item);) action(item);
 }
 
 void readDelivery(const json::Value& delivery, FileFacts& facts, std::int64_t& runs,
