@@ -11,6 +11,7 @@
 #include <variant>
 
 #include "Kestrow/Qt/PanelLook.hpp"
+#include "Kestrow/Qt/PanelScrollBar.hpp"
 #include "Kestrow/Qt/WrappedText.hpp"
 #include "Kestrow/Qt/X11Window.hpp"
 
@@ -44,8 +45,9 @@ class PopUpStyle final : public QProxyStyle {
 // beside them, with square ones.
 class ChoiceList final : public QListView {
  public:
-  ChoiceList() {
+  ChoiceList() : bar_(*verticalScrollBar(), this) {
     setFrameShape(QFrame::NoFrame);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setUniformItemSizes(true);
     setViewportMargins(0, listPadding, 0, listPadding);
     viewport()->setAutoFillBackground(false);
@@ -55,6 +57,12 @@ class ChoiceList final : public QListView {
   bool event(QEvent* event) override {
     if (event->type() == QEvent::Paint) drawSheet();
     return QListView::event(event);
+  }
+  void resizeEvent(QResizeEvent* event) override {
+    QListView::resizeEvent(event);
+    bar_.setGeometry(width() - PanelScrollBar::thickness, listPadding, PanelScrollBar::thickness,
+                     height() - 2 * listPadding);
+    bar_.raise();
   }
 
  private:
@@ -71,6 +79,8 @@ class ChoiceList final : public QListView {
       painter.drawRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5));
     }
   }
+
+  PanelScrollBar bar_;  // for a screen on which not all choices have room
 };
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <QAbstractItemView>
 #include <QImage>
+#include <QScrollBar>
 
 #include <gmock/gmock.h>
 
@@ -49,6 +50,20 @@ TEST_F(PanelPopUpRowTest, AListOfLongNamesIsWiderThanTheButton) {
                 .kind = PanelPopUp{
                     .label = "Team colours", .items = {std::string(40, 'w')}, .selected = 0}});
   EXPECT_GT(list.width(), only<PopUpButton>().width() + 100);
+}
+
+TEST_F(PanelPopUpRowTest, ALongListScrollsWithTheSameBarAsThePanel) {
+  PanelPopUp many{.label = "Team colours", .items = {}, .selected = 0};
+  for (int i = 0; i < 30; ++i) many.items.push_back("Team " + std::to_string(i));
+  auto& list = openList({.id = "p", .kind = many});
+  EXPECT_EQ(list.height(), 14 * 26 + 2 * 4);
+  const auto* bar = list.findChild<PanelScrollBar*>();
+  ASSERT_NE(bar, nullptr);
+  EXPECT_TRUE(bar->isVisible());
+  auto& view = *only<PopUpButton>().view();
+  QTest::keyClick(&view, Qt::Key_End);
+  EXPECT_EQ(bar->value(), view.verticalScrollBar()->maximum());
+  EXPECT_EQ(view.viewport()->width(), list.width()) << "the bar lies over the choices";
 }
 
 TEST_F(PanelPopUpRowTest, AChoiceOfTheListIsReported) {
