@@ -1,6 +1,5 @@
 #include "Kestrow/Qt/QtPillWindow.hpp"
 
-#include <QBitmap>
 #include <QEasingCurve>
 #include <QGuiApplication>
 #include <QMouseEvent>
@@ -9,7 +8,6 @@
 #include <QScreen>
 
 #include <chrono>
-#include <cmath>
 
 #include "Kestrow/Qt/QtCanvas.hpp"
 #include "Kestrow/Qt/QtCoordinates.hpp"
@@ -40,7 +38,7 @@ QtPillWindow::QtPillWindow(PillSurfaceClient& client)
   connect(&motion_, &QVariantAnimation::valueChanged, this,
           [this](const QVariant& value) { setGeometry(value.toRect()); });
   x11_ = std::make_unique<X11Window>(*this, [this] {
-    applyShape();
+    pictureIsOld_ = true;
     updateSeen();
     update();
   });
@@ -54,7 +52,6 @@ Rect QtPillWindow::frame() const {
 
 void QtPillWindow::setFrame(const Rect& frame, Seconds duration) {
   const QRect target = fromPoints(frame, primaryScreen());
-  if (target == target_ && motion_.state() == QAbstractAnimation::Running) return;
   target_ = target;
   motion_.stop();
   if (duration <= Seconds::zero() || !isVisible()) {
@@ -117,7 +114,7 @@ void QtPillWindow::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   pictureIsOld_ = true;
   dotArea_ = dot_.area(height());
-  applyShape();
+  drawPicture();
 }
 
 void QtPillWindow::mousePressEvent(QMouseEvent* event) {
@@ -128,27 +125,30 @@ void QtPillWindow::drawPicture() {
   const double scale = devicePixelRatioF();
   if (!pictureIsOld_ && picture_.devicePixelRatio() == scale) return;
   pictureIsOld_ = false;
-  const QSize pixels(static_cast<int>(std::ceil(width() * scale)),
-                     static_cast<int>(std::ceil(height() * scale)));
+  // The window has whole pixels, where its points are not: its edges are theirs.
+  const QSize pixels = (QSizeF(size()) * scale).toSize();
   picture_ = QImage(pixels, QImage::Format_ARGB32_Premultiplied);
   picture_.setDevicePixelRatio(scale);
   picture_.fill(Qt::transparent);
-  QPainter painter(&picture_);
-  const Rect bounds{0, 0, static_cast<double>(width()), static_cast<double>(height())};
-  QtCanvas canvas(painter, bounds, scale);
-  client_.draw(canvas, bounds, scale);
+  {
+    QPainter painter(&picture_);
+    const QSizeF points = picture_.deviceIndependentSize();
+    const Rect bounds{0, 0, points.width(), points.height()};
+    QtCanvas canvas(painter, bounds, scale);
+    client_.draw(canvas, bounds, scale);
+  }
+  cutToShape();
 }
 
 // Without a compositor nothing shines through a translucent corner: the window itself gets the
-// pill's shape.
-void QtPillWindow::applyShape() {
+// pill's shape, and what is left of its edge is opaque.
+void QtPillWindow::cutToShape() {
   if (x11_->isComposited()) {
-    clearMask();
+    x11_->unshape();
     return;
   }
-  drawPicture();
-  const QImage points = picture_.scaled(size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-  setMask(QBitmap::fromImage(points.createAlphaMask()));
+  x11_->shape(picture_);
+  picture_.convertTo(QImage::Format_RGB32);
 }
 
 void QtPillWindow::paintEvent(QPaintEvent* event) {
@@ -158,7 +158,7 @@ void QtPillWindow::paintEvent(QPaintEvent* event) {
   painter.setCompositionMode(QPainter::CompositionMode_Source);
   painter.drawImage(0, 0, picture_);
   painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-  dot_.paint(painter, height(), devicePixelRatioF());
+  dot_.paint(painter, picture_.deviceIndependentSize().height(), devicePixelRatioF());
 }
 
 }  // namespace kestrow::qt

@@ -49,7 +49,7 @@ class QtPillWindow final : public QWidget, public PillSurface {
 
  private:
   void drawPicture();
-  void applyShape();
+  void cutToShape();
   void updateSeen();
 
   PillSurfaceClient& client_;

@@ -2,6 +2,7 @@
 
 #include <QGuiApplication>
 
+#include <xcb/shape.h>
 #include <xcb/xfixes.h>
 
 #include <algorithm>
@@ -94,6 +95,30 @@ void X11Window::watchCompositor() {
                                     XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+}
+
+void X11Window::shape(const QImage& picture) const {
+  if (window_ == 0) return;
+  constexpr int halfOpaque = 128;
+  std::vector<xcb_rectangle_t> rows;
+  for (int y = 0; y < picture.height(); ++y) {
+    int left = 0;
+    int right = picture.width();
+    while (left < right && qAlpha(picture.pixel(left, y)) < halfOpaque) ++left;
+    while (left < right && qAlpha(picture.pixel(right - 1, y)) < halfOpaque) --right;
+    if (left == right) continue;
+    rows.push_back({static_cast<std::int16_t>(left), static_cast<std::int16_t>(y),
+                    static_cast<std::uint16_t>(right - left), 1});
+  }
+  xcb_shape_rectangles(connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
+                       XCB_CLIP_ORDERING_YX_SORTED, window_, 0, 0,
+                       static_cast<std::uint32_t>(rows.size()), rows.data());
+}
+
+void X11Window::unshape() const {
+  if (window_ == 0) return;
+  xcb_shape_mask(connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, window_, 0, 0,
+                 XCB_PIXMAP_NONE);
 }
 
 // X tells translucent windows that they are never obscured, so the stack itself is looked at.

@@ -4,6 +4,7 @@
 
 #include <QAbstractNativeEventFilter>
 #include <QByteArray>
+#include <QImage>
 #include <QTimer>
 #include <QWidget>
 
@@ -26,6 +27,11 @@ class X11Window final : public QAbstractNativeEventFilter {
 
   bool isComposited() const { return isComposited_; }
   bool isCovered() const { return isCovered_; }
+
+  // Cuts the window to where the picture, in its pixels, is at least half opaque.
+  void shape(const QImage& picture) const;
+  // The whole rectangle again.
+  void unshape() const;
 
   // Looks for covering windows from here on, or no more. Looking, the program wakes when any window
   // of the desktop comes, goes or moves; not looking, nothing covers.

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdlib>
+
 namespace kestrow::qt {
 namespace {
 
@@ -13,6 +16,17 @@ DotAppearance liveDot() {
           .shadowRadius = 5,
           .shadowOpacity = 1,
           .pulses = true};
+}
+
+// The smallest rectangle, in pixels, around what was painted.
+QRect inkOf(const QImage& picture) {
+  QRect ink;
+  for (int y = 0; y < picture.height(); ++y) {
+    for (int x = 0; x < picture.width(); ++x) {
+      if (qAlpha(picture.pixel(x, y)) > 0) ink |= QRect(x, y, 1, 1);
+    }
+  }
+  return ink;
 }
 
 TEST(QtDot, OneBeatGoesThereAndBackInTwiceItsDuration) {
@@ -69,6 +83,47 @@ TEST(QtDot, PaintsNothingOutsideItsArea) {
   for (int y = 0; y < picture.height(); ++y) {
     for (int x = 0; x < picture.width(); ++x) {
       EXPECT_TRUE(area.contains(x, y) || picture.pixel(x, y) == 0) << x << ' ' << y;
+    }
+  }
+}
+
+// The dot alone, painted with its centre there.
+QImage grey(QPointF centre, double scale) {
+  auto appearance = liveDot();
+  appearance.frame = {centre.x() - 3, 24 - centre.y() - 3, 6, 6};
+  appearance.pulses = false;
+  appearance.shadowOpacity = 0;
+  QImage picture(QSizeF(40 * scale, 24 * scale).toSize(), QImage::Format_ARGB32_Premultiplied);
+  picture.setDevicePixelRatio(scale);
+  picture.fill(Qt::transparent);
+  QPainter painter(&picture);
+  QtDot dot([] {});
+  dot.show(appearance);
+  dot.paint(painter, 24, scale);
+  return picture;
+}
+
+// How far apart two opposite pixels are at most.
+int unlikeness(const QImage& picture) {
+  int most = 0;
+  for (int y = 0; y < picture.height(); ++y) {
+    for (int x = 0; x < picture.width(); ++x) {
+      const QRgb opposite = picture.pixel(picture.width() - 1 - x, picture.height() - 1 - y);
+      most = std::max(most, std::abs(qAlpha(picture.pixel(x, y)) - qAlpha(opposite)));
+    }
+  }
+  return most;
+}
+
+TEST(QtDot, IsAsRoundWhereverItsCentreIsAndAtEveryScale) {
+  for (const double scale : {1.0, 1.25, 1.5, 2.0}) {
+    for (const double off : {0.0, 0.3, 0.5, 0.8}) {
+      const QImage picture = grey({15 + off, 12 + off}, scale);
+      const QRect ink = inkOf(picture);
+      EXPECT_EQ(ink.width(), ink.height()) << scale << ' ' << off;
+      EXPECT_LE(ink.width(), 6 * scale + 1) << scale << ' ' << off;
+      EXPECT_LE(unlikeness(picture.copy(ink)), 12) << scale << ' ' << off;
+      EXPECT_NEAR((ink.left() + ink.right() + 1) * 0.5 / scale, 15 + off, 0.51 / scale);
     }
   }
 }

@@ -136,6 +136,13 @@ TEST_F(QtPillWindowTest, AFrameAtOnceEndsTheGlide) {
   EXPECT_EQ(window_->geometry(), QRect(100, screen_.top(), 180, 24));
 }
 
+TEST_F(QtPillWindowTest, TheSameFrameAtOnceEndsTheGlideToo) {
+  show();
+  window_->setFrame(hanging(120, 40), Seconds(10));
+  window_->setFrame(hanging(120, 40), Seconds::zero());
+  EXPECT_EQ(window_->geometry(), QRect(100, screen_.top(), 120, 40));
+}
+
 TEST_F(QtPillWindowTest, AHiddenWindowDoesNotGlide) {
   window_->setFrame(hanging(200, 24), Seconds(10));
   EXPECT_EQ(window_->geometry(), QRect(100, screen_.top(), 200, 24));
