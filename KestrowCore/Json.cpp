@@ -32,10 +32,10 @@ Place packed(const Cursor& cursor) {
 void read(dom::element element, Value::Content& out) {
   switch (element.type()) {
     case dom::element_type::ARRAY:
-      out.emplace<ArrayPlace>(packed(element));
+      out.emplace<ArrayPlace>(ArrayPlace{packed(element)});
       return;
     case dom::element_type::OBJECT:
-      out.emplace<ObjectPlace>(packed(element));
+      out.emplace<ObjectPlace>(ObjectPlace{packed(element)});
       return;
     case dom::element_type::INT64:
       out.emplace<std::int64_t>(element.get_int64().value_unsafe());
