@@ -59,6 +59,10 @@ PanelController::PanelController(LocalStore& store, Poller& poller, ProPoller& p
       defaults_(defaults),
       desktop_(desktop) {
   picker_.onChange = [this](const PickerState&) { refreshPicker(); };
+  // The pill has subscribed before, so it is in its new place by then.
+  screensChanged_ = desktop_.onScreensChanged([this] {
+    if (isVisible()) position();
+  });
 }
 
 PanelController::~PanelController() {

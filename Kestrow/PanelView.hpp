@@ -20,6 +20,7 @@
 #include "KestrowCore/MatchPicker.hpp"
 #include "KestrowCore/Poller.hpp"
 #include "KestrowCore/ProPoller.hpp"
+#include "KestrowCore/Subscription.hpp"
 
 namespace kestrow {
 
@@ -89,6 +90,7 @@ class PanelController : public PanelSurfaceClient {
   Desktop& desktop_;
   PanelState shown_;
   std::unique_ptr<PanelSurface> surface_;
+  Subscription screensChanged_;
 };
 
 }  // namespace kestrow

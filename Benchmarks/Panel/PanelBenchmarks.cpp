@@ -80,6 +80,23 @@ BENCHMARK(openFirstTime)
     ->Args({200, 1'000})
     ->Unit(benchmark::kMillisecond);
 
+// The same window again, after it was closed.
+void openAgain(benchmark::State& state) {
+  SilentClient client;
+  const auto log = logOf(state.range(1));
+  qt::QtPanelWindow window(client);
+  for (auto _ : state) {
+    window.setContent(content(state.range(0), log));
+    place(window);
+    window.showAndMakeKey();
+    window.repaint();
+    state.PauseTiming();
+    window.orderOut();
+    state.ResumeTiming();
+  }
+}
+BENCHMARK(openAgain)->Args({4, 10})->Args({200, 1'000})->Unit(benchmark::kMillisecond);
+
 // What render() does to an open panel when a key moment has come: the tree anew, its differences
 // into the window, and the paint.
 void refreshWithOneNewMoment(benchmark::State& state) {

@@ -287,6 +287,18 @@ TEST_F(PanelControllerTest, ContentThatChangesHeightMovesTheOpenWindow) {
   EXPECT_EQ(surface().frames.back().height, 322);
 }
 
+TEST_F(PanelControllerTest, AnOpenWindowGoesWithThePillToAnotherScreen) {
+  desktop_.screensChanged.notify();
+  panel().show();
+  desktop_.attachedScreens = {FakeDesktop::screen({0, 0, 800, 600}, 24)};
+  desktop_.screensChanged.notify();
+  EXPECT_EQ(surface().frames.back(), (Rect{230, 70, 340, 500}));
+  panel().close();
+  const auto frames = surface().frames.size();
+  desktop_.screensChanged.notify();
+  EXPECT_EQ(surface().frames.size(), frames);
+}
+
 TEST_F(PanelControllerTest, TheLogComesNewestFirst) {
   poller_.follow("m1");
   pro_.startUpdate(poller_.state());
