@@ -1,11 +1,13 @@
 #include "Kestrow/Qt/QtPillWindow.hpp"
 
+#include <QBackingStore>
 #include <QEasingCurve>
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScreen>
+#include <QWindow>
 
 #include <chrono>
 
@@ -36,7 +38,7 @@ QtPillWindow::QtPillWindow(PillSurfaceClient& client)
   setAccessibleName(QString::fromStdString(client.accessibilityLabel()));
   motion_.setEasingCurve(QEasingCurve::InOutSine);
   connect(&motion_, &QVariantAnimation::valueChanged, this,
-          [this](const QVariant& value) { setGeometry(value.toRect()); });
+          [this](const QVariant& value) { place(value.toRect()); });
   x11_ = std::make_unique<X11Window>(*this, [this] {
     pictureIsOld_ = true;
     updateSeen();
@@ -55,7 +57,7 @@ void QtPillWindow::setFrame(const Rect& frame, Seconds duration) {
   target_ = target;
   motion_.stop();
   if (duration <= Seconds::zero() || !isVisible()) {
-    setGeometry(target_);
+    place(target_);
     return;
   }
   motion_.setStartValue(geometry());
@@ -63,6 +65,16 @@ void QtPillWindow::setFrame(const Rect& frame, Seconds duration) {
   motion_.setDuration(
       static_cast<int>(std::chrono::duration_cast<std::chrono::milliseconds>(duration).count()));
   motion_.start();
+}
+
+// When the screen gets another scale, Qt keeps the pixels of the window and of what is painted on,
+// and takes a frame of as many points for the one that it has.
+void QtPillWindow::place(const QRect& frame) {
+  setGeometry(frame);
+  if (!windowHandle() || windowHandle()->geometry() == frame) return;
+  windowHandle()->setGeometry(frame);
+  if (backingStore()) backingStore()->resize(frame.size());
+  update();
 }
 
 void QtPillWindow::setDot(const std::optional<DotAppearance>& dot) {

@@ -48,6 +48,7 @@ class QtPillWindow final : public QWidget, public PillSurface {
   void hideEvent(QHideEvent* event) override;
 
  private:
+  void place(const QRect& frame);
   void drawPicture();
   void cutToShape();
   void updateSeen();

@@ -8,6 +8,8 @@ class Screens(PanelTest):
     def setUp(self):
         self.session = self.open_session()
         self.session.start_window_manager()
+        # Of a screen's scale programs hear from the desktop's settings.
+        self.set = self.session.start_settings(**{"Xft/DPI": 96 * 1024})
         self.session.start_program()
         self.window = wait_until(self.session.windows, "the pill")[0]
         self.assert_centred(640)
@@ -20,6 +22,12 @@ class Screens(PanelTest):
             left, top, width, tall = self.frame()
             return top == 0 and abs(left + width / 2 - x) <= 1 and height in (None, tall)
         wait_until(centred, lambda: f"the pill at {x}, {height} high; it is at {self.frame()}")
+
+    def sides_are_alike(self):
+        """Both show the edge of the pill, a shade lighter than what is between them."""
+        picture = self.session.picture().part(*self.frame())
+        left, right, inside = (picture.pixel(x, 4) for x in (0, picture.width - 1, 4))
+        return left == right and min(left) > min(inside)
 
     def split(self):
         """Two screens side by side, the left one first."""
@@ -44,6 +52,30 @@ class Screens(PanelTest):
         self.assert_centred(320)
         self.join()
         self.assert_centred(640)
+
+    def test_follows_the_screen_that_becomes_the_first(self):
+        self.split()
+        self.assert_centred(320)
+        self.session.run("xrandr", "--delmonitor", "left")
+        self.session.run("xrandr", "--delmonitor", "right")
+        self.session.run("xrandr", "--setmonitor", "left", "640/169x800/211+0+0", "screen")
+        self.session.run("xrandr", "--setmonitor", "*right", "640/169x800/211+640+0", "none")
+        self.assert_centred(960)
+
+    def test_stays_in_the_middle_of_a_screen_that_is_resized(self):
+        self.session.run("xrandr", "--setmonitor", "*only", "800/211x600/158+0+0", "screen")
+        self.assert_centred(400)
+        self.session.run("xrandr", "--delmonitor", "only")
+        self.assert_centred(640)
+
+    def test_is_drawn_anew_when_the_screen_gets_another_scale(self):
+        width = self.frame()[2]
+        self.set(**{"Xft/DPI": 192 * 1024})
+        self.assert_centred(640, 48)
+        self.assertEqual(self.frame()[2], 2 * width)
+        wait_until(self.sides_are_alike, "the whole pill")
+        self.set(**{"Xft/DPI": 144 * 1024})
+        self.assert_centred(640, 36)
 
     def test_is_as_high_as_the_bar_of_a_single_screen(self):
         self.bar(0, 1280, 40)

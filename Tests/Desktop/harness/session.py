@@ -2,6 +2,7 @@
 import json
 import os
 import shutil
+import signal
 import subprocess
 import tempfile
 import urllib.request
@@ -117,6 +118,21 @@ class Session:
         wait_until(lambda: "_NET_WM_CM_S0" in self.run("xprop", "-root", check=False)
                    or process.poll() is None, "a compositor")
         return process
+
+    def start_settings(self, **settings):
+        """The desktop's settings as its programs hear of them; gives what changes them."""
+        file = self.folder / "settings"
+
+        def write(**settings):
+            file.write_text("".join(f"{name} {value}\n" for name, value in settings.items()))
+        write(**settings)
+        process = self.processes.start("settings", ["xsettingsd", "-c", str(file)],
+                                       self.environment)
+
+        def change(**settings):
+            write(**settings)
+            process.send_signal(signal.SIGHUP)
+        return change
 
     def picture(self, file=None):
         return Picture.of_display(self.environment, file)
