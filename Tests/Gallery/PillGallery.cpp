@@ -30,7 +30,7 @@ constexpr std::array forms{Form::drawn, Form::notch};
 constexpr double barHeight = 24;
 constexpr double notchHeight = 32;
 constexpr double notchWidth = 120;
-constexpr Size cell{452, 54};
+constexpr Size cell{532, 54};
 const QColor wallpaper(0x5f, 0x72, 0x88);
 
 class GalleryDesktop final : public FakeDesktop {
@@ -75,7 +75,8 @@ const std::vector<Named>& contents() {
 }
 
 Screen screen(Form form, Variant variant) {
-  const double room = variant == Variant::narrow ? 96 : 160;
+  // As beside a real housing, more than a wing may take.
+  const double room = variant == Variant::narrow ? 96 : 205;
   if (form == Form::drawn) {
     const double width = variant == Variant::narrow ? 150 : 440;
     return FakeDesktop::screen({0, 0, width, 300}, barHeight);
@@ -122,6 +123,8 @@ void drawPill(QPainter& painter, Look look, double middle, double scale) {
 
   painter.save();
   painter.translate(std::round(middle + surface->frame.x - whole.midX()), 0);
+  // A window shows nothing beyond its edges.
+  painter.setClipRect(QRectF(0, 0, bounds.width, bounds.height));
   qt::QtCanvas canvas(painter, bounds, scale);
   surface->client->draw(canvas, bounds, scale);
   auto dot = surface->dot;
@@ -210,7 +213,8 @@ QImage contactSheet(double scale) {
       row("Names in other scripts",
           content(PillContent::Status::live, "145/3", "15.2 ov", "मुंबई v சென்னை", "मुंबई")),
       row("Right to left",
-          content(PillContent::Status::live, "88/2", "10 ov", "كراتشي v لاهور", "لاهور"))};
+          content(PillContent::Status::live, "88/2", "10 ov", "كراتشي v لاهور", "لاهور")),
+      row("Emoji", content(PillContent::Status::live, "31/0", "4.1 ov", "🐯 v 🦁🔥", "🐯"))};
   constexpr double captionWidth = 190;
   constexpr double rowHeight = 58;
   QImage image =
