@@ -21,6 +21,11 @@ class DelayedAction {
 
 class MainThread {
  public:
+  // Waits up to this long end to the millisecond and never early. Longer ones, which nobody watches
+  // ending, may be off by the leeway, so that the machine wakes once for several of them.
+  static constexpr Seconds longestPreciseDelay{10};
+  static constexpr Seconds leewayOfLongDelays{0.5};
+
   virtual ~MainThread() = default;
 
   // Runs the action on the main thread, soon, in the order of the calls. May be called from any

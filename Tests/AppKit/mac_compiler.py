@@ -7,7 +7,9 @@ import concurrent.futures
 import functools
 import os
 import pathlib
+import re
 import subprocess
+import tempfile
 
 import clang.cindex as libclang
 
@@ -15,10 +17,19 @@ HERE = pathlib.Path(__file__).resolve().parent
 ROOT = HERE.parent.parent
 COMPILER = os.environ.get("KESTROW_CLANG", "clang++-19")
 LLVM = pathlib.Path("/usr/lib/llvm-19")
-MINIMUM_SYSTEM = os.environ.get("KESTROW_MINIMUM_MACOS", "13.4")
+MINIMUM_SYSTEM = "13.4"
 TARGETS = [f"{processor}-apple-macos{MINIMUM_SYSTEM}" for processor in ("arm64", "x86_64")]
-# The same as the build uses on a Mac, which CMake hands over.
-WARNINGS = os.environ.get("KESTROW_WARNINGS", "-Wall;-Wextra;-Werror").split(";")
+
+
+def _warnings() -> list[str]:
+    """The same as the build uses on a Mac."""
+    text = (ROOT / "cmake" / "Warnings.cmake").read_text(encoding="utf-8")
+    lists = [re.search(rf"set\({name}\s([^)]*)\)", text)[1].split()
+             for name in ("KESTROW_WARNINGS", "KESTROW_OBJC_WARNINGS")]
+    return [flag for flags_of_list in lists for flag in flags_of_list]
+
+
+WARNINGS = _warnings()
 
 
 def sources() -> list[pathlib.Path]:
@@ -45,6 +56,21 @@ def flags(target: str) -> list[str]:
         "-I", str(ROOT), *WARNINGS]
 
 
+@functools.cache
+def _common_headers() -> tempfile.TemporaryDirectory:
+    return tempfile.TemporaryDirectory()
+
+
+@functools.cache
+def _prepared(target: str) -> list[str]:
+    """The flags with the headers that all files share compiled once. A file that forgets to include one
+    of them passes with these."""
+    header = HERE / "CommonHeaders.hpp"
+    made = pathlib.Path(_common_headers().name) / f"{target}.pch"
+    _output(COMPILER, *flags(target), "-x", "objective-c++-header", str(header), "-o", str(made))
+    return [*flags(target), "-include-pch", str(made)]
+
+
 def _run(arguments: list[str]) -> str:
     result = subprocess.run([COMPILER, *arguments], stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
                             text=True, check=False)
@@ -53,12 +79,18 @@ def _run(arguments: list[str]) -> str:
 
 def syntax(file: pathlib.Path, target: str) -> str:
     """What the compiler says against the file; nothing when it is right."""
-    return _run([*flags(target), "-fsyntax-only", str(file)])
+    return _run([*_prepared(target), "-fsyntax-only", str(file)])
+
+
+def portability(file: pathlib.Path) -> str:
+    """What the compiler says against a file, C++ or Objective-C++, that must include all it uses."""
+    return _run([*flags(TARGETS[0]), "-DKESTROW_BASE_URL=\"\"", "-DKESTROW_VERSION=\"\"",
+                 "-fsyntax-only", str(file)])
 
 
 def analysis(file: pathlib.Path) -> str:
     """What the static analyser says against the file."""
-    return _run([*flags(TARGETS[0]), "--analyze", "--analyzer-output", "text",
+    return _run([*_prepared(TARGETS[0]), "--analyze", "--analyzer-output", "text",
                  "-Xclang", "-analyzer-werror", "-o", os.devnull, str(file)])
 
 
@@ -86,7 +118,7 @@ def _overridden(method) -> int:
 def undeclared_methods(file: pathlib.Path) -> str:
     """The methods that a class of ours defines and that no interface, protocol or superclass declares,
     one a line: nobody calls such a method, so it is a misspelt one."""
-    unit = libclang.Index.create().parse(str(file), args=flags(TARGETS[0]))
+    unit = libclang.Index.create().parse(str(file), args=_prepared(TARGETS[0]))
     errors = [str(problem) for problem in unit.diagnostics if problem.severity >= 3]
     if errors:
         return "\n".join(errors)
@@ -100,8 +132,10 @@ def undeclared_methods(file: pathlib.Path) -> str:
     return "\n".join(lines)
 
 
-def findings(check, *arguments) -> str:
-    """The check's findings for all of our files, on every core."""
+def findings(check, *arguments, files=None) -> str:
+    """The check's findings for the files, which are those for macOS unless told, on every core."""
+    for target in TARGETS:
+        _prepared(target)
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
-        found = pool.map(lambda file: check(file, *arguments), sources())
+        found = pool.map(lambda file: check(file, *arguments), files or sources())
         return "\n".join(text for text in found if text)

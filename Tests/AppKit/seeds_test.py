@@ -25,22 +25,56 @@ class Seeds(unittest.TestCase):
         return mac_compiler.syntax(file, mac_compiler.TARGETS[0])
 
     def test_a_copy_without_a_mistake_passes(self):
-        copy = self.planted("Strings.mm", "decoded(", "decoded(")
+        copy = self.planted("PillView.mm", "drawRect:", "drawRect:")
         self.assertEqual("", self.compile(copy))
         self.assertEqual("", mac_compiler.analysis(copy))
         self.assertEqual("", mac_compiler.undeclared_methods(copy))
 
     def test_a_misspelt_selector_does_not_compile(self):
-        copy = self.planted("AppKitUserDefaults.mm", "setBool:", "setBol:")
-        self.assertIn("setBol:forKey:", self.compile(copy))
+        copy = self.planted("AppKitPillWindow.mm", "orderFrontRegardless", "orderFrontRegardles")
+        self.assertIn("orderFrontRegardles", self.compile(copy))
+
+    def test_a_misspelt_selector_of_an_action_does_not_compile(self):
+        copy = self.planted("PanelControls.mm", "@selector(run:)", "@selector(rum:)")
+        self.assertIn("rum:", self.compile(copy))
 
     def test_a_misspelt_property_does_not_compile(self):
-        copy = self.planted("AppKitUserDefaults.mm", "standardUserDefaults", "standardUserDefault")
-        self.assertIn("standardUserDefault", self.compile(copy))
+        copy = self.planted("FloatingPanel.mm", "hidesOnDeactivate", "hideOnDeactivate")
+        self.assertIn("hideOnDeactivate", self.compile(copy))
 
     def test_a_misspelt_constant_does_not_compile(self):
-        copy = self.planted("Strings.mm", "NSUTF8StringEncoding", "NSUTF8StringEncodin")
-        self.assertIn("NSUTF8StringEncodin", self.compile(copy))
+        copy = self.planted("AppKitPillWindow.mm", "BehaviorStationary", "BehaviourStationary")
+        self.assertIn("NSWindowCollectionBehaviourStationary", self.compile(copy))
+
+    def test_a_call_on_an_object_of_no_known_class_does_not_compile(self):
+        copy = self.planted("EventMonitor.mm", "[NSEvent removeMonitor:token]", "[token remove]")
+        self.assertIn("remove", self.compile(copy))
+
+    def test_nothing_where_something_must_be_does_not_compile(self):
+        copy = self.planted("PanelControls.mm", 'keyEquivalent:@""', "keyEquivalent:nil")
+        self.assertIn("non-null", self.compile(copy))
+
+    def test_a_call_that_the_oldest_system_lacks_does_not_compile(self):
+        copy = self.planted("Application.mm", "sharedApplication run]", "sharedApplication activate]")
+        self.assertIn("only available on macOS 14", self.compile(copy))
+
+    def test_a_misspelt_override_is_a_method_that_nothing_declares(self):
+        copy = self.planted("AppKitPillWindow.mm", "(BOOL)canBecomeKeyWindow",
+                            "(BOOL)canBecomeKeyWindo")
+        self.assertEqual("", self.compile(copy))
+        self.assertIn("canBecomeKeyWindo]", mac_compiler.undeclared_methods(copy))
+
+    def test_a_misspelt_method_of_a_delegate_is_a_method_that_nothing_declares(self):
+        copy = self.planted("Application.mm", "applicationDidFinishLaunching:",
+                            "applicationDidFinishLaunch:")
+        self.assertEqual("", self.compile(copy))
+        self.assertIn("applicationDidFinishLaunch:]", mac_compiler.undeclared_methods(copy))
+
+    def test_nothing_in_a_place_for_something_is_seen_by_the_analyser(self):
+        copy = self.planted("Application.mm", ": delegate_(makeDelegate(*this)) {",
+                            "{\n  delegate_ = makeDelegate(*this);")
+        self.assertEqual("", self.compile(copy))
+        self.assertIn("non-null", mac_compiler.analysis(copy))
 
 
 if __name__ == "__main__":

@@ -7,7 +7,7 @@ import mac_compiler
 
 class Sources(unittest.TestCase):
     def test_there_are_some(self):
-        self.assertIn("Strings.mm", [file.name for file in mac_compiler.sources()])
+        self.assertIn("main.mm", [file.name for file in mac_compiler.sources()])
 
     def test_compile_for_every_processor(self):
         for target in mac_compiler.TARGETS:

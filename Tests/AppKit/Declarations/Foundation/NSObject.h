@@ -21,6 +21,7 @@
 
 #define YES __objc_yes
 #define NO __objc_no
+#define nil nullptr
 #ifdef __arm64__
 typedef bool BOOL;
 #else
@@ -39,6 +40,7 @@ NS_ASSUME_NONNULL_BEGIN
 
 @protocol NSObject
 - (BOOL)isEqual:(nullable id)object;
+- (BOOL)isKindOfClass:(Class)kind;
 @property(readonly) NSUInteger hash;
 - (instancetype)self;
 @end
@@ -61,6 +63,8 @@ __attribute__((objc_root_class))
 + (instancetype)alloc;
 - (instancetype)init NS_DESIGNATED_INITIALIZER;
 - (void)dealloc;
++ (Class)class;
+- (id)copy;
 @property(readonly, copy) NSString* description;
 @end
 

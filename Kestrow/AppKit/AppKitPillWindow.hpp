@@ -1,0 +1,43 @@
+// The pill's window: a borderless panel that never takes the keyboard and never makes the program
+// the active one.
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#include <memory>
+#include <optional>
+
+#include "Kestrow/AppKit/StatusDot.hpp"
+#include "Kestrow/Platform/PillSurface.hpp"
+
+@class KestrowPillView;
+
+namespace kestrow::appkit {
+
+// Not on the screen until it is ordered to the front. The client outlives it.
+class AppKitPillWindow final : public PillSurface {
+ public:
+  explicit AppKitPillWindow(PillSurfaceClient& client);
+  AppKitPillWindow(const AppKitPillWindow&) = delete;
+  AppKitPillWindow& operator=(const AppKitPillWindow&) = delete;
+  ~AppKitPillWindow() override;
+
+  // Where it is, or where it is moving to.
+  Rect frame() const override { return target_; }
+  void setFrame(const Rect& frame, Seconds duration) override;
+  void setDot(const std::optional<DotAppearance>& dot) override;
+  void setNeedsDisplay() override;
+  void accessibilityLabelChanged() override;
+  void setSharing(bool readable) override;
+  void orderFront() override;
+
+ private:
+  PillSurfaceClient& client_;
+  StatusDot dot_;
+  KestrowPillView* _Nonnull view_;
+  NSPanel* _Nonnull panel_;
+  Rect target_;
+  std::shared_ptr<bool> isMoving_;  // of the latest move; its end may come after this object
+};
+
+}  // namespace kestrow::appkit

@@ -1,0 +1,110 @@
+#include "Kestrow/AppKit/AppKitPillWindow.hpp"
+
+#include "Kestrow/AppKit/Coordinates.hpp"
+#include "Kestrow/AppKit/FloatingPanel.hpp"
+#import "Kestrow/AppKit/PillView.hpp"
+#include "Kestrow/AppKit/Strings.hpp"
+
+#include <algorithm>
+
+@interface KestrowPillWindow : NSPanel
+@end
+
+@implementation KestrowPillWindow
+
+- (BOOL)canBecomeKeyWindow {
+  return NO;
+}
+
+- (BOOL)canBecomeMainWindow {
+  return NO;
+}
+
+// The system keeps windows out of the menu bar, which is where this one belongs.
+- (NSRect)constrainFrameRect:(NSRect)frame toScreen:(nullable NSScreen*)screen {
+  return frame;
+}
+
+@end
+
+namespace kestrow::appkit {
+
+namespace {
+
+NSPanel* makePanel() {
+  NSPanel* panel = [[KestrowPillWindow alloc]
+      initWithContentRect:NSMakeRect(0, 0, 0, 0)
+                styleMask:NSWindowStyleMaskBorderless | NSWindowStyleMaskNonactivatingPanel
+                  backing:NSBackingStoreBuffered
+                    defer:NO];
+  makeFloating(panel, NSWindowCollectionBehaviorCanJoinAllSpaces |
+                          NSWindowCollectionBehaviorStationary |
+                          NSWindowCollectionBehaviorIgnoresCycle |
+                          NSWindowCollectionBehaviorFullScreenAuxiliary);
+  panel.hasShadow = NO;
+  panel.animationBehavior = NSWindowAnimationBehaviorNone;
+  return panel;
+}
+
+}  // namespace
+
+AppKitPillWindow::AppKitPillWindow(PillSurfaceClient& client)
+    : client_(client),
+      view_([[KestrowPillView alloc] initWithFrame:NSMakeRect(0, 0, 0, 0)]),
+      panel_(makePanel()) {
+  view_.client = &client;
+  view_.overlay = dot_.layer();
+  panel_.contentView = view_;
+  accessibilityLabelChanged();
+}
+
+AppKitPillWindow::~AppKitPillWindow() {
+  view_.client = nullptr;
+  [panel_ orderOut:nil];
+}
+
+void AppKitPillWindow::setFrame(const Rect& frame, Seconds duration) {
+  const bool moves = isMoving_ && *isMoving_;
+  if (moves && frame == target_) return;
+  target_ = frame;
+  NSPanel* panel = panel_;
+  const NSRect target = toNSRect(frame);
+  if (duration <= Seconds::zero() && !moves) {
+    [panel setFrame:target display:NO];
+    return;
+  }
+  // A move that is under way ends only by another one, however short.
+  const auto isMoving = std::make_shared<bool>(true);
+  isMoving_ = isMoving;
+  [NSAnimationContext
+      runAnimationGroup:^(NSAnimationContext* context) {
+        context.duration = std::max(duration.count(), 0.0);
+        [[panel animator] setFrame:target display:YES];
+      }
+      completionHandler:^{
+        *isMoving = false;
+      }];
+}
+
+void AppKitPillWindow::setDot(const std::optional<DotAppearance>& dot) {
+  dot_.show(dot);
+}
+
+void AppKitPillWindow::setNeedsDisplay() {
+  view_.needsDisplay = YES;
+}
+
+void AppKitPillWindow::accessibilityLabelChanged() {
+  view_.accessibilityLabel = toNSString(client_.accessibilityLabel());
+}
+
+void AppKitPillWindow::setSharing(bool readable) {
+  panel_.sharingType = readable ? NSWindowSharingReadOnly : NSWindowSharingNone;
+}
+
+void AppKitPillWindow::orderFront() {
+  [panel_ orderFrontRegardless];
+  dot_.restorePulse();
+}
+
+}  // namespace kestrow::appkit

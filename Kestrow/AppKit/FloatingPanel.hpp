@@ -1,0 +1,15 @@
+// What the program's two windows have in common.
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+namespace kestrow::appkit {
+
+// Above the menu bar (24) and the status items (25), below pop-up menus (101).
+inline constexpr NSWindowLevel floatingLevel = 27;
+
+// Makes the panel a see-through one that floats above everything, stays where the program puts it,
+// and is there while another program is in front, which for this one is always.
+void makeFloating(NSPanel* _Nonnull panel, NSWindowCollectionBehavior behavior);
+
+}  // namespace kestrow::appkit

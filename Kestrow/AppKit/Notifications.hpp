@@ -1,0 +1,16 @@
+// The system's notifications as subscriptions.
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+#include <functional>
+
+#include "KestrowCore/Subscription.hpp"
+
+namespace kestrow::appkit {
+
+// Runs the action on the main thread at each notification of the name.
+Subscription observe(NSNotificationCenter* _Nonnull center, NSNotificationName _Nonnull name,
+                     std::function<void()> action);
+
+}  // namespace kestrow::appkit

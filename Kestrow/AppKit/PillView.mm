@@ -1,0 +1,72 @@
+#import "Kestrow/AppKit/PillView.hpp"
+
+#include "Kestrow/AppKit/AppKitCanvas.hpp"
+#include "Kestrow/AppKit/Coordinates.hpp"
+#include "Kestrow/Platform/PillSurface.hpp"
+
+@interface KestrowPillView ()
+- (void)attachOverlay;
+@end
+
+@implementation KestrowPillView
+
+- (instancetype)initWithFrame:(NSRect)frame {
+  self = [super initWithFrame:frame];
+  if (self) {
+    self.wantsLayer = YES;
+    self.layerContentsRedrawPolicy = NSViewLayerContentsRedrawDuringViewResize;
+    self.accessibilityElement = YES;
+    self.accessibilityRole = NSAccessibilityButtonRole;
+  }
+  return self;
+}
+
+- (void)setOverlay:(nullable CALayer*)overlay {
+  [_overlay removeFromSuperlayer];
+  _overlay = overlay;
+  [self attachOverlay];
+}
+
+- (void)attachOverlay {
+  CALayer* overlay = self.overlay;
+  if (overlay == nil || self.layer == nil) return;
+  overlay.zPosition = 1;
+  [self.layer addSublayer:overlay];
+}
+
+// The view's own layer may be made anew with the window.
+- (void)viewDidMoveToWindow {
+  [super viewDidMoveToWindow];
+  [self attachOverlay];
+}
+
+- (void)viewDidChangeBackingProperties {
+  [super viewDidChangeBackingProperties];
+  self.needsDisplay = YES;
+}
+
+// Always the whole view: what is asked for may reach beyond it.
+- (void)drawRect:(NSRect)dirtyRect {
+  [NSColor.clearColor set];
+  NSRectFillUsingOperation(self.bounds, NSCompositingOperationCopy);
+  if (!self.client) return;
+  kestrow::appkit::AppKitCanvas canvas;
+  // Without a window the scale is 0, which says so.
+  self.client->draw(canvas, kestrow::appkit::toRect(self.bounds), self.window.backingScaleFactor);
+}
+
+- (BOOL)acceptsFirstMouse:(nullable NSEvent*)event {
+  return YES;
+}
+
+- (void)mouseDown:(NSEvent*)event {
+  if (self.client) self.client->click();
+}
+
+- (BOOL)accessibilityPerformPress {
+  if (!self.client) return NO;
+  self.client->click();
+  return YES;
+}
+
+@end

@@ -1,0 +1,31 @@
+// The pill's status dot as a layer. The system's compositor runs its pulse, so the program sleeps.
+#pragma once
+
+#import <QuartzCore/QuartzCore.h>
+
+#include <optional>
+
+#include "Kestrow/Platform/PillSurface.hpp"
+
+namespace kestrow::appkit {
+
+class StatusDot {
+ public:
+  StatusDot();
+
+  // To be put above what the pill draws.
+  CALayer* _Nonnull layer() const { return layer_; }
+
+  // A pulse that goes on keeps its beat.
+  void show(const std::optional<DotAppearance>& dot);
+
+  // Layers that leave the screen lose their animations: starts the pulse again where there is to be
+  // one.
+  void restorePulse();
+
+ private:
+  CALayer* _Nonnull layer_;
+  bool pulses_ = false;
+};
+
+}  // namespace kestrow::appkit

@@ -1,0 +1,29 @@
+// Which controls of a box outlive a change of its nodes. A control that stays keeps the keyboard,
+// the scroll place and the place where assistive technology reads.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "Kestrow/Platform/PanelSurface.hpp"
+
+namespace kestrow {
+
+// What makes a node the same one before and after a change.
+struct PanelNodeKey {
+  std::size_t kind = 0;  // index in PanelNode::kind
+  std::string id;
+  auto operator<=>(const PanelNodeKey&) const = default;
+};
+
+std::vector<PanelNodeKey> keysOf(std::span<const PanelNode> nodes);
+
+// For each key after the change the place it had before it, or nothing when it is new. No place is
+// given twice; of equal keys the first comes first.
+std::vector<std::optional<std::size_t>> reusedPlaces(std::span<const PanelNodeKey> before,
+                                                     std::span<const PanelNodeKey> after);
+
+}  // namespace kestrow
