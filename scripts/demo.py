@@ -15,6 +15,8 @@ BIN = (ROOT / sys.argv[1]).resolve()
 ADDRESS, PORT = "127.0.0.1", 8787
 # Fast enough that every poll brings something, slow enough to follow.
 SPEED = "8"
+ON_A_MAC = sys.platform == "darwin"
+PROGRAM = BIN / ("Kestrow.app/Contents/MacOS/Kestrow" if ON_A_MAC else "kestrow")
 
 
 def fail(text):
@@ -36,17 +38,18 @@ def on_this_display():
     signal.signal(signal.SIGHUP, signal.default_int_handler)
     running = []
     with tempfile.TemporaryDirectory(prefix="kestrow-demo-") as folder:
-        environment = os.environ | {"XDG_DATA_HOME": folder + "/data",
-                                    "XDG_CONFIG_HOME": folder + "/config"}
+        data = Path(folder, "Library", "Application Support") if ON_A_MAC else Path(folder, "data")
+        environment = os.environ | ({"HOME": folder} if ON_A_MAC else {
+            "XDG_DATA_HOME": str(data), "XDG_CONFIG_HOME": folder + "/config"})
         try:
             service = start(running, [BIN / "kestrow-score-service", "--speed", SPEED], environment,
                             stdout=subprocess.PIPE)
             if b"listening" not in service.stdout.readline():
                 fail("the score service did not start")
-            state = Path(folder, "data", "Kestrow", "state.json")
+            state = data / "Kestrow" / "state.json"
             state.parent.mkdir(parents=True)
             state.write_text(json.dumps({"followedMatchId": followed_match()}))
-            program = start(running, [BIN / "kestrow"], environment)
+            program = start(running, [PROGRAM], environment)
             print("Kestrow is at the top edge of the screen. Ctrl-C ends it.")
             started = time.monotonic()
             program.wait()
@@ -72,7 +75,7 @@ def start(running, command, environment, **options):
 
 
 def on_a_virtual_display():
-    os.environ["KESTROW_PROGRAM"] = str(BIN / "kestrow")
+    os.environ["KESTROW_PROGRAM"] = str(PROGRAM)
     os.environ["KESTROW_SERVICE"] = str(BIN / "kestrow-score-service")
     sys.path.insert(0, str(ROOT / "Tests" / "Desktop"))
     from harness.processes import wait_until
@@ -114,4 +117,4 @@ def keep(session, file):
     print("picture:", file.relative_to(ROOT), flush=True)
 
 
-sys.exit(on_this_display() if os.environ.get("DISPLAY") else on_a_virtual_display())
+sys.exit(on_this_display() if ON_A_MAC or os.environ.get("DISPLAY") else on_a_virtual_display())
