@@ -1,24 +1,11 @@
 """The pill's window among other windows, with and without a compositor."""
 from harness.pill import PillTest
-from harness.processes import stays, switches, wait_until
+from harness.processes import stays, wait_until
 from harness.scores import event, match
 from harness.testcase import main
 
 
 class Pill(PillTest):
-    def cover(self):
-        """Another program's window over the whole screen, past the window manager."""
-        other = self.session.open_other_window()
-        self.session.run("xdotool", "set_window", "--overrideredirect", "1", other,
-                         "windowunmap", "--sync", other)
-        wait_until(lambda: "(the root window)" in
-                   self.session.run("xwininfo", "-tree", "-id", other).split("Parent")[1],
-                   "the window manager to let go of it")
-        self.session.run("xdotool", "windowmap", "--sync", other, "windowmove", other, "0", "0",
-                         "windowsize", other, "1280", "800", "windowraise", other)
-        wait_until(lambda: self.session.frame(other) == (0, 0, 1280, 800), "the cover")
-        return other
-
     def open_in_state(self, state, *options):
         """Another program's window that asks for a state when it appears."""
         other = self.session.open_other_window(*options)
@@ -28,11 +15,6 @@ class Pill(PillTest):
         self.session.run("xdotool", "windowmap", "--sync", other, "windowactivate", "--sync", other)
         wait_until(lambda: state in self.session.run("xprop", "-id", other, "_NET_WM_STATE"), state)
         return other
-
-    def is_still(self, seconds=1):
-        """The program does not wake for so long."""
-        before = switches(self.session.program.pid)
-        return stays(lambda: switches(self.session.program.pid) == before, seconds)
 
     # Among other windows
 
@@ -73,22 +55,6 @@ class Pill(PillTest):
         self.assertTrue(stays(lambda: self.focus() == other, 0.5))
         self.assertEqual(self.session.accessibility.find("dialog"), [])
 
-    # Its pulse
-
-    def test_the_dot_pulses_until_a_window_covers_it_and_goes_on_after(self):
-        wait_until(lambda: not self.is_still(0.5), "the pulse")
-        other = self.cover()
-        wait_until(self.is_still, "the covered dot to stand still")
-        self.session.run("xdotool", "windowunmap", other)
-        wait_until(lambda: not self.is_still(0.5), "the pulse again")
-
-    def test_the_dot_stands_still_while_the_screen_is_off(self):
-        wait_until(lambda: not self.is_still(0.5), "the pulse")
-        self.session.run("xset", "s", "activate")
-        wait_until(self.is_still, "the unseen dot to stand still")
-        self.session.run("xset", "s", "reset")
-        wait_until(lambda: not self.is_still(0.5), "the pulse again")
-
     # An alert
 
     def test_an_alert_grows_the_pill_downwards_and_four_seconds_later_it_shrinks_back(self):
@@ -105,6 +71,8 @@ class Pill(PillTest):
         wait_until(lambda: height_is(24), "the score again", 30, every=0)
         self.assertEqual({frame[1] for frame in frames}, {0})
         self.assertEqual(self.session.accessibility.announcements(), ["WICKET! R Sharma (MI)"])
+        self.assertEqual([event["priority"] for event in self.session.accessibility.events
+                          if event["event"].startswith("object:announcement")], [2])
 
     # Hiding
 

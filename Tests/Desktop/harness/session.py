@@ -213,10 +213,10 @@ class Session:
         except GLib.Error:
             return False
 
-    def _login(self, interface, method, arguments):
+    def _login(self, interface, method, arguments, path="/org/freedesktop/login1"):
         bus = self._system()
         try:
-            bus.call_sync("org.freedesktop.login1", "/org/freedesktop/login1", interface, method,
+            bus.call_sync("org.freedesktop.login1", path, interface, method,
                           arguments, None, Gio.DBusCallFlags.NONE, 5000, None)
         finally:
             bus.close_sync(None)
@@ -236,6 +236,32 @@ class Session:
         """Sleeps and wakes, upon which the program asks the service at once."""
         self.sleep()
         self.wake()
+
+    def lock(self, locked):
+        """Locks or unlocks the session."""
+        path = "/org/freedesktop/login1/session/auto"
+        hint = {"LockedHint": GLib.Variant("b", locked)}
+        with suppress(GLib.Error):  # it is there from the first time on
+            self._login("org.freedesktop.DBus.Mock", "AddObject",
+                        GLib.Variant("(ssa{sv}a(ssss))",
+                                     (path, "org.freedesktop.login1.Session", hint, [])))
+        self._login("org.freedesktop.DBus.Mock", "UpdateProperties",
+                    GLib.Variant("(sa{sv})", ("org.freedesktop.login1.Session", hint)), path)
+
+    def start_portal(self):
+        """The desktop's settings for sandboxed programs and others; gives what sets less motion."""
+        name, path = "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop"
+        settings = "org.freedesktop.portal.Settings"
+        self.processes.start("portal", ["/usr/bin/python3", "-m", "dbusmock", name, path, settings],
+                             self.environment)
+        self.run("gdbus", "wait", "--session", "--timeout", "10", name)
+
+        def reduce_motion(wanted):
+            self.run("gdbus", "call", "--session", "-d", name, "-o", path,
+                     "-m", "org.freedesktop.DBus.Mock.EmitSignal", settings, "SettingChanged", "ssv",
+                     "[<'org.freedesktop.appearance'>, <'reduced-motion'>, "
+                     f"<uint32 {int(wanted)}>]")
+        return reduce_motion
 
     # The score service
 
