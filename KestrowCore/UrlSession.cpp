@@ -206,7 +206,7 @@ class UrlSession::Network {
   using OnResult = std::function<void(RequestId, Result)>;
 
   Network(const Options& options, OnResult onResult)
-      : options_(options), onResult_(std::move(onResult)), multi_(makeMulti()) {
+      : options_(options), onResult_(std::move(onResult)) {
     thread_ = std::thread([this] { run(); });
   }
   Network(const Network&) = delete;
@@ -240,15 +240,23 @@ class UrlSession::Network {
   }
 
   void give(Order order) {
-    {
-      const std::lock_guard lock(mutex_);
-      orders_.push_back(std::move(order));
-    }
-    curl_multi_wakeup(multi_.get());
+    const std::lock_guard lock(mutex_);
+    orders_.push_back(std::move(order));
+    // The thread looks for orders once it has set itself up.
+    if (multi_) curl_multi_wakeup(multi_.get());
+  }
+
+  // On the network thread, since it takes the library longer than the main thread has before the
+  // first picture.
+  void setUp() {
+    std::unique_ptr<CURLM, DeleteMulti> multi(makeMulti());
+    const std::lock_guard lock(mutex_);
+    multi_ = std::move(multi);
   }
 
   void run() {
     blockSignals();
+    setUp();
     while (takeOrders()) {
       int running = 0;
       curl_multi_perform(multi_.get(), &running);
@@ -307,7 +315,7 @@ class UrlSession::Network {
 
   const Options& options_;
   OnResult onResult_;
-  std::mutex mutex_;  // of orders_
+  std::mutex mutex_;  // of orders_, and of making multi_
   std::vector<Order> orders_;
   std::unique_ptr<CURLM, DeleteMulti> multi_;
   std::unordered_map<RequestId, std::unique_ptr<Transfer>> transfers_;  // network thread only

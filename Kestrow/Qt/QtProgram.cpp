@@ -7,6 +7,7 @@
 #include <QString>
 
 #include "Kestrow/Qt/SingleInstance.hpp"
+#include "KestrowCore/FreedMemory.hpp"
 
 namespace kestrow::qt {
 namespace {
@@ -25,6 +26,7 @@ void findSessionBus() {
 }  // namespace
 
 void prepareProcess() {
+  returnFreedMemory();
   findSessionBus();
   // Qt does not notice assistive technology that starts after the program.
   qputenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1");

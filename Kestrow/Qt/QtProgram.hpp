@@ -3,7 +3,8 @@
 
 namespace kestrow::qt {
 
-// Chooses the window system and switches accessibility on. Before the application object.
+// Chooses the window system, switches accessibility on, and keeps memory small. Before the
+// application object.
 void prepareProcess();
 
 // Names the program to the desktop and makes it an accessory: it goes on without windows. After the

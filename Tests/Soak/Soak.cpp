@@ -11,6 +11,7 @@
 
 #include "Kestrow/AppDelegate.hpp"
 #include "Kestrow/PanelNodes.hpp"
+#include "KestrowCore/FreedMemory.hpp"
 #include "KestrowCore/ScoreClient.hpp"
 #include "KestrowCore/UrlSession.hpp"
 #include "ScoreService/Feeds.hpp"
@@ -285,6 +286,7 @@ std::vector<service::Fault> usualFaults() {
 }
 
 SoakReport soak(const SoakOptions& options) {
+  returnFreedMemory();
   return SoakRun(options).run();
 }
 

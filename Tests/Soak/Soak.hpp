@@ -47,10 +47,10 @@ SoakReport soak(const SoakOptions& options);
 
 // How far a sample may be above the first hour's. The heap holds the followed match's key moments,
 // a few hundred bytes each, of which the first hour may have seen none; the pages that it lies on
-// are the allocator's business, which keeps some of those that a long answer needed.
+// are the allocator's business.
 struct SoakTolerance {
   std::size_t heapBytes = std::size_t{128} << 10U;
-  std::size_t residentBytes = std::size_t{2} << 20U;
+  std::size_t residentBytes = std::size_t{1} << 20U;
 };
 
 // What is wrong with memory, files, threads and wake-ups, beside the report's own mistakes.
