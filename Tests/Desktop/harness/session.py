@@ -40,7 +40,7 @@ enter_own_network()
 class Session:
     """Everything in it ends with end(). Nothing of the user's is read or written."""
 
-    def __init__(self, size=(1280, 800), session_bus=True, system_bus=True):
+    def __init__(self, size=(1280, 800), session_bus=True, system_bus=True, framebuffer=False):
         self.folder = Path(tempfile.mkdtemp(prefix="kestrow-desktop-"))
         self.processes = Processes(self.folder)
         self.size = size
@@ -66,7 +66,7 @@ class Session:
         self.program_environment = {}  # added for the program alone
         self._accessibility = None
         try:
-            self._start_display()
+            self._start_display(["-fbdir", str(self.folder)] if framebuffer else [])
             if session_bus:
                 self._start_session_bus()
             self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = f"unix:path={self.folder}/run/system"
@@ -85,13 +85,13 @@ class Session:
 
     # The display
 
-    def _start_display(self):
+    def _start_display(self, options):
         reading, writing = os.pipe()
         os.set_inheritable(writing, True)
         width, height = self.size
         self.processes.start(
             "Xvfb", ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{width}x{height}x24",
-                     "-nolisten", "tcp", "-noreset"], self.environment, pass_fds=[writing])
+                     "-nolisten", "tcp", "-noreset", *options], self.environment, pass_fds=[writing])
         os.close(writing)
         with os.fdopen(reading, encoding="ascii") as pipe:
             number = pipe.readline().strip()
