@@ -137,6 +137,13 @@ void RadioRow::apply(const PanelNode& node) {
   showTexts({.title = oneLine(radio.title), .status = {}, .detail = detail}, detail, radio.isOn);
 }
 
+// An arrow key picks what it goes to; Qt leaves that out while none of the group is on.
+void RadioRow::keyPressEvent(QKeyEvent* event) {
+  MarkRow::keyPressEvent(event);
+  auto* const next = qobject_cast<RadioRow*>(window()->focusWidget());
+  if (next && next != this && !next->isChecked()) next->click();
+}
+
 CheckRow::CheckRow(PanelSurfaceClient& client, QWidget* parent)
     : MarkRow(look::drawCheckMark, parent) {
   connect(this, &QAbstractButton::clicked, this, [this, &client](bool isOn) {

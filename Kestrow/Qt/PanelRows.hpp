@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QCheckBox>
+#include <QKeyEvent>
 #include <QMargins>
 #include <QPainter>
 #include <QRadioButton>
@@ -59,6 +60,9 @@ class RadioRow final : public MarkRow<QRadioButton> {
  public:
   RadioRow(PanelSurfaceClient& client, QWidget* parent);
   void apply(const PanelNode& node) override;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   std::string id_;

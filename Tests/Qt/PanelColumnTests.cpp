@@ -117,6 +117,17 @@ TEST_F(PanelColumnTest, ArrowsPickInAGroupAndKeepTheKeyboard) {
   EXPECT_FALSE(all<RadioRow>()[0]->isChecked());
 }
 
+TEST_F(PanelColumnTest, ArrowsPickAlsoBeforeAnythingIsPicked) {
+  open(box({box({radio("a", false), radio("b", false), radio("c", false)}, "matches")}));
+  key(Qt::Key_Tab);
+  EXPECT_THAT(client.events, IsEmpty());
+  key(Qt::Key_Down);
+  EXPECT_THAT(client.events, ElementsAre("picked b"));
+  EXPECT_EQ(QApplication::focusWidget(), all<RadioRow>()[1]);
+  key(Qt::Key_Down);
+  EXPECT_THAT(client.events, ElementsAre("picked b", "picked c"));
+}
+
 TEST_F(PanelColumnTest, AGroupOfMatchesIsOneTabStop) {
   std::vector<PanelNode> matches;
   matches.reserve(200);
