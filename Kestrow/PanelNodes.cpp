@@ -157,13 +157,13 @@ PanelNode matches(const PickerState& state, const std::optional<std::string>& fo
 
 std::string idOfMatch(std::string_view matchId, int occurrence) {
   std::string id(matchPrefix);
-  return id.append(std::to_string(occurrence)).append(":").append(matchId);
+  return id.append(std::to_string(occurrence)).append(".").append(matchId);
 }
 
 std::optional<std::string> matchOf(std::string_view nodeId) {
-  const auto colon = nodeId.find(':');
-  if (!nodeId.starts_with(matchPrefix) || colon == std::string_view::npos) return std::nullopt;
-  return std::string(nodeId.substr(colon + 1));
+  const auto dot = nodeId.find('.');
+  if (!nodeId.starts_with(matchPrefix) || dot == std::string_view::npos) return std::nullopt;
+  return std::string(nodeId.substr(dot + 1));
 }
 
 PanelNode log(const KeyMomentsLog& log) {

@@ -180,14 +180,14 @@ TEST(PanelNodes, AMatchsRadioButtonStandsForIt) {
   const auto box = panel_nodes::matches(loaded(), std::nullopt);
   EXPECT_EQ(nodes(box)[1].id, panel_nodes::idOfMatch("m1"));
   EXPECT_EQ(nodes(box)[3].id, panel_nodes::idOfMatch("m2"));
-  for (const char* id : {"m1", "", ":", "a:b", "match-1:m1", "quit", "<b>\n漢"}) {
+  for (const char* id : {"m1", "", ".", "a.b", "match-1.m1", "quit", "<b>\n漢"}) {
     EXPECT_EQ(panel_nodes::matchOf(panel_nodes::idOfMatch(id)), id);
     EXPECT_EQ(panel_nodes::matchOf(panel_nodes::idOfMatch(id, 12)), id);
   }
 }
 
 TEST(PanelNodes, OtherNodesStandForNoMatch) {
-  for (const char* id : {"", "m1", "quit", "match-", "match-1", "xmatch-1:m1", "a:match-1:m1"}) {
+  for (const char* id : {"", "m1", "quit", "match-", "match-1", "xmatch-1.m1", "a.match-1.m1"}) {
     EXPECT_EQ(panel_nodes::matchOf(id), std::nullopt) << id;
   }
 }
@@ -196,7 +196,7 @@ TEST(PanelNodes, EveryRowIsANodeOfItsOwnWhateverIdsTheServiceSends) {
   const PickerRow same{.id = "m1", .teams = "One"};
   PickerState state{PickerState::Loaded{
       .sections = {{.title = "Live", .rows = {same, {.id = "section-Live"}, {.id = "sample"}}},
-                   {.title = "Upcoming", .rows = {same, {.id = "2:m1"}, {.id = ""}, same}}},
+                   {.title = "Upcoming", .rows = {same, {.id = "2.m1"}, {.id = ""}, same}}},
       .isSample = true}};
   const auto box = panel_nodes::matches(state, "m1");
   std::vector<std::string> ids;
