@@ -9,6 +9,7 @@
 
 #include "KestrowCore/Customisation.hpp"
 #include "KestrowCore/PanelText.hpp"
+#include "KestrowCore/Text.hpp"
 
 namespace kestrow::panel_nodes {
 
@@ -29,12 +30,10 @@ PanelNode label(std::string_view id, std::string text) {
   return node(id, PanelLabel{std::move(text)});
 }
 
-// Cut between code points when it is too long to show.
+// Cut when it is too long to show.
 std::string shown(std::string text) {
   if (text.size() <= longestText) return text;
-  auto end = longestText;
-  while (end > 0 && (text[end] & '\xC0') == '\x80') --end;
-  text.resize(end);
+  text.resize(text::firstBytes(text, longestText).size());
   return text + "…";
 }
 
@@ -58,9 +57,13 @@ std::vector<PanelNode> sectionNodes(const std::vector<PickerSection>& sections,
                                     const std::optional<std::string>& followedId) {
   std::vector<PanelNode> nodes;
   std::map<std::string_view, int> seen;
+  std::size_t left = mostMatches;
   for (const auto& section : sections) {
+    if (left == 0) break;
     nodes.push_back(node("section-" + section.title, PanelSectionTitle{section.title}));
     for (const auto& row : section.rows) {
+      if (left == 0) break;
+      --left;
       nodes.push_back(node(idOfMatch(row.id, ++seen[row.id]),
                            PanelRadioButton{.title = shown(row.teams),
                                             .detail = shown(row.competition + " · " + row.detail),

@@ -256,6 +256,13 @@ std::string_view prefix(std::string_view utf8, std::size_t count) {
   return utf8.substr(0, end);
 }
 
+std::string_view firstBytes(std::string_view utf8, std::size_t bytes) {
+  if (utf8.size() <= bytes) return utf8;
+  const auto isWithinCodePoint = [&] { return (utf8[bytes] & '\xC0') == '\x80'; };
+  while (bytes > 0 && isWithinCodePoint()) --bytes;
+  return utf8.substr(0, bytes);
+}
+
 std::string_view trimmed(std::string_view utf8, WhiteSpace which) {
   Utf8Text text(utf8);
   std::size_t start = 0;

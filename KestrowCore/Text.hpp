@@ -39,6 +39,10 @@ std::size_t characterCount(std::string_view utf8);
 // costs, however long the text is.
 std::string_view prefix(std::string_view utf8, std::size_t count);
 
+// The start of the text that is no longer than so many bytes, cut between code points. For what
+// nobody reads to its end: it costs nothing, however long the text is.
+std::string_view firstBytes(std::string_view utf8, std::size_t bytes);
+
 // Without white space at both ends. `spacesAndTabs` keeps line breaks.
 enum class WhiteSpace { spacesAndTabs, withLineBreaks };
 std::string_view trimmed(std::string_view utf8, WhiteSpace which);

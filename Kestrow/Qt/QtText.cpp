@@ -1,5 +1,7 @@
 #include "Kestrow/Qt/QtText.hpp"
 
+#include "KestrowCore/Text.hpp"
+
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QList>
@@ -10,6 +12,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <string_view>
 
 namespace kestrow::qt {
 
@@ -46,9 +49,14 @@ double widestDigit(const QFontMetricsF& metrics) {
   return widest;
 }
 
+// More than fits the widest screen. The names come from the service, and laying out one of
+// megabytes would hold up the program.
+constexpr std::size_t longestRun = 2000;
+
 // Line breaks and tabulators would end the line, or tear a hole into it.
 QString onOneLine(const std::string& text) {
-  QString line = QString::fromStdString(text);
+  const std::string_view start = text::firstBytes(text, longestRun);
+  QString line = QString::fromUtf8(start.data(), static_cast<qsizetype>(start.size()));
   for (auto& c : line) {
     if (c.isSpace() && c.category() != QChar::Separator_Space) c = u' ';
   }

@@ -115,6 +115,18 @@ TEST(TextPrefix, KeepsAMarkThatFollowsItsLastLetter) {
   EXPECT_EQ(text::prefix("a\r\nb", 2), "a\r\n");
 }
 
+TEST(TextFirstBytes, AreCutBetweenCodePoints) {
+  EXPECT_EQ(text::firstBytes("abc", 3), "abc");
+  EXPECT_EQ(text::firstBytes("abc", 4), "abc");
+  EXPECT_EQ(text::firstBytes("abc", 2), "ab");
+  EXPECT_EQ(text::firstBytes("abc", 0), "");
+  EXPECT_EQ(text::firstBytes("a\u00e9b", 1), "a");
+  EXPECT_EQ(text::firstBytes("a\u00e9b", 2), "a");
+  EXPECT_EQ(text::firstBytes("a\u00e9b", 3), "a\u00e9");
+  EXPECT_EQ(text::firstBytes("🏏🏏", 7), "🏏");
+  EXPECT_EQ(text::firstBytes("\x80\x80\x80", 2), "");
+}
+
 TEST(TextTrimmed, SpacesAndTabsGoAndLineBreaksStay) {
   using enum text::WhiteSpace;
   EXPECT_EQ(text::trimmed(" \t\u00a0\u2003a b\u3000 ", spacesAndTabs), "a b");

@@ -206,6 +206,23 @@ TEST(PanelNodes, EveryRowIsANodeOfItsOwnWhateverIdsTheServiceSends) {
   EXPECT_EQ(std::ranges::adjacent_find(ids), ids.end());
 }
 
+TEST(PanelNodes, OfMoreMatchesThanAnyoneReadsTheFirstAreOffered) {
+  constexpr auto most = panel_nodes::mostMatches;
+  const auto offered = [](std::size_t live, std::size_t upcoming) {
+    PickerState::Loaded list{.sections = {{.title = "Live"}, {.title = "Upcoming"}}};
+    list.sections[0].rows.resize(live);
+    list.sections[1].rows.resize(upcoming);
+    const auto box = panel_nodes::matches({list}, std::nullopt);
+    const auto isTitle = [](const PanelNode& node) { return node.id.starts_with("section-"); };
+    const auto titles = std::ranges::count_if(nodes(box), isTitle);
+    return std::pair(titles, std::ssize(nodes(box)) - titles);
+  };
+  EXPECT_EQ(offered(most - 1, 1), (std::pair<std::ptrdiff_t, std::ptrdiff_t>(2, most)));
+  EXPECT_EQ(offered(most - 1, 2), (std::pair<std::ptrdiff_t, std::ptrdiff_t>(2, most)));
+  EXPECT_EQ(offered(most, 1), (std::pair<std::ptrdiff_t, std::ptrdiff_t>(1, most)));
+  EXPECT_EQ(offered(most + 1, 1), (std::pair<std::ptrdiff_t, std::ptrdiff_t>(1, most)));
+}
+
 TEST(PanelNodes, SampleDataIsCalledThat) {
   EXPECT_EQ(described(panel_nodes::matches(loaded(true), "m1")).front(), "label Sample data");
   EXPECT_THAT(described(panel_nodes::matches({PickerState::Empty{true}}, "m1")),

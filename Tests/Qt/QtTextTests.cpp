@@ -172,6 +172,12 @@ TEST(QtText, LineBreaksAndTabulatorsAreSpaces) {
   EXPECT_NE(width(text("7:30\u202fPM", plain)), width(text("7:30 PM", plain)));
 }
 
+TEST(QtText, OfATextThatNoScreenHoldsOnlyTheStartIsLaidOut) {
+  const double most = width(text(std::string(2000, 'i'), plain));
+  EXPECT_GT(most, width(text(std::string(1999, 'i'), plain)));
+  EXPECT_EQ(width(text(std::string(std::size_t{1} << 22U, 'i'), plain)), most);
+}
+
 TEST(QtText, ABlurKeepsTheLightAndSpreadsItEvenly) {
   QImage dot(41, 41, QImage::Format_ARGB32_Premultiplied);
   dot.fill(Qt::transparent);
