@@ -36,7 +36,8 @@ struct Pulse {
 class PillSurfaceClient {
  public:
   virtual ~PillSurfaceClient() = default;
-  // Draws the pill; `bounds` is the surface's own rectangle, `scale` its pixels for a point.
+  // Draws the pill; `bounds` is the surface's own rectangle, in coordinates of the frame that it
+  // has or is moving to, so that the content stays in its place; `scale` is its pixels for a point.
   virtual void draw(Canvas& canvas, const Rect& bounds, double scale) = 0;
   // A mouse button went down on it, or assistive technology pressed it.
   virtual void click() = 0;

@@ -70,15 +70,14 @@ double QtDot::progress(Seconds sinceStart) const {
   return easing_.valueForProgress(beat <= 1 ? beat : 2 - beat);
 }
 
-QPointF QtDot::centre(double surfaceHeight) const {
-  return {dot_->frame.midX(), surfaceHeight - dot_->frame.midY()};
+QPointF QtDot::centre(const Rect& bounds) const {
+  return {dot_->frame.midX() - bounds.minX(), bounds.maxY() - dot_->frame.midY()};
 }
 
-QRect QtDot::area(double surfaceHeight) const {
+QRect QtDot::area(const Rect& bounds) const {
   if (!dot_) return {};
   const double half = dot_->frame.width * 0.5 + reach(*dot_);
-  return QRectF(centre(surfaceHeight) - QPointF(half, half), QSizeF(half * 2, half * 2))
-      .toAlignedRect();
+  return QRectF(centre(bounds) - QPointF(half, half), QSizeF(half * 2, half * 2)).toAlignedRect();
 }
 
 void QtDot::makePictures(double scale) {
@@ -89,7 +88,7 @@ void QtDot::makePictures(double scale) {
                    toQt(dot_->shadowColor));
 }
 
-void QtDot::paint(QPainter& painter, double surfaceHeight, double scale) {
+void QtDot::paint(QPainter& painter, const Rect& bounds, double scale) {
   if (!dot_) return;
   makePictures(scale);
   double opacity = 1;
@@ -104,8 +103,7 @@ void QtDot::paint(QPainter& painter, double surfaceHeight, double scale) {
   const auto drawCentred = [&](const QImage& picture, double alpha) {
     const QSizeF size = picture.deviceIndependentSize();
     painter.setOpacity(alpha);
-    painter.drawImage(centre(surfaceHeight) - QPointF(size.width() * 0.5, size.height() * 0.5),
-                      picture);
+    painter.drawImage(centre(bounds) - QPointF(size.width() * 0.5, size.height() * 0.5), picture);
   };
   drawCentred(light_, opacity * light);
   drawCentred(disc_, opacity);

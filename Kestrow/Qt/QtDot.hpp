@@ -31,10 +31,10 @@ class QtDot {
   bool pulses() const { return dot_ && dot_->pulses; }
   bool isRunning() const { return timer_.isActive(); }
 
-  // The area that it paints in, light included, in points from the top left of a surface of this
-  // height. Empty when there is no dot.
-  QRect area(double surfaceHeight) const;
-  void paint(QPainter& painter, double surfaceHeight, double scale);
+  // The area that it paints in, light included, in points from the top left of these bounds. Empty
+  // when there is no dot.
+  QRect area(const Rect& bounds) const;
+  void paint(QPainter& painter, const Rect& bounds, double scale);
 
   // How far one beat has come after `sinceStart`: 0 at its start, 1 at the turn, 0 at its end.
   double progress(Seconds sinceStart) const;
@@ -42,7 +42,7 @@ class QtDot {
  private:
   void update();
   void makePictures(double scale);
-  QPointF centre(double surfaceHeight) const;
+  QPointF centre(const Rect& bounds) const;
 
   std::function<void()> repaint_;
   std::optional<DotAppearance> dot_;

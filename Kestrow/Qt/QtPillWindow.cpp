@@ -80,7 +80,7 @@ void QtPillWindow::place(const QRect& frame) {
 void QtPillWindow::setDot(const std::optional<DotAppearance>& dot) {
   update(dotArea_);
   dot_.show(dot);
-  dotArea_ = dot_.area(height());
+  dotArea_ = dot_.area(bounds());
   update(dotArea_);
   updateSeen();
 }
@@ -125,7 +125,7 @@ void QtPillWindow::hideEvent(QHideEvent* event) {
 void QtPillWindow::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   pictureIsOld_ = true;
-  dotArea_ = dot_.area(height());
+  dotArea_ = dot_.area(bounds());
   drawPicture();
 }
 
@@ -133,21 +133,30 @@ void QtPillWindow::mousePressEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton) client_.click();
 }
 
+// As it grows or shrinks around its content, the window opens on another part of the frame that it
+// moves to. Its edges are those of its pixels, which are whole where its points are not.
+Rect QtPillWindow::bounds() const {
+  const double scale = devicePixelRatioF();
+  const QSizeF size = QSizeF((QSizeF(this->size()) * scale).toSize()) / scale;
+  if (motion_.state() != QAbstractAnimation::Running) return {0, 0, size.width(), size.height()};
+  const QPoint corner = geometry().topLeft() - target_.topLeft();
+  return {static_cast<double>(corner.x()), target_.height() - corner.y() - size.height(),
+          size.width(), size.height()};
+}
+
 void QtPillWindow::drawPicture() {
   const double scale = devicePixelRatioF();
   if (!pictureIsOld_ && picture_.devicePixelRatio() == scale) return;
   pictureIsOld_ = false;
-  // The window has whole pixels, where its points are not: its edges are theirs.
-  const QSize pixels = (QSizeF(size()) * scale).toSize();
-  picture_ = QImage(pixels, QImage::Format_ARGB32_Premultiplied);
+  const Rect area = bounds();
+  picture_ = QImage((QSizeF(area.width, area.height) * scale).toSize(),
+                    QImage::Format_ARGB32_Premultiplied);
   picture_.setDevicePixelRatio(scale);
   picture_.fill(Qt::transparent);
   {
     QPainter painter(&picture_);
-    const QSizeF points = picture_.deviceIndependentSize();
-    const Rect bounds{0, 0, points.width(), points.height()};
-    QtCanvas canvas(painter, bounds, scale);
-    client_.draw(canvas, bounds, scale);
+    QtCanvas canvas(painter, area, scale);
+    client_.draw(canvas, area, scale);
   }
   cutToShape();
 }
@@ -170,7 +179,7 @@ void QtPillWindow::paintEvent(QPaintEvent* event) {
   painter.setCompositionMode(QPainter::CompositionMode_Source);
   painter.drawImage(0, 0, picture_);
   painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-  dot_.paint(painter, picture_.deviceIndependentSize().height(), devicePixelRatioF());
+  dot_.paint(painter, bounds(), devicePixelRatioF());
 }
 
 }  // namespace kestrow::qt

@@ -49,6 +49,7 @@ class QtPillWindow final : public QWidget, public PillSurface {
 
  private:
   void place(const QRect& frame);
+  Rect bounds() const;
   void drawPicture();
   void cutToShape();
   void updateSeen();

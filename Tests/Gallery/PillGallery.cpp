@@ -131,7 +131,7 @@ void drawPill(QPainter& painter, Look look, double middle, double scale) {
   if (dot) dot->pulses = false;
   qt::QtDot light([] {});
   light.show(dot);
-  light.paint(painter, bounds.height, scale);
+  light.paint(painter, bounds, scale);
   if (look.form == Form::notch) {
     const double left = whole.midX() - notchWidth * 0.5 - surface->frame.x;
     drawHousing(painter, QRectF(left, 0, notchWidth, notchHeight));

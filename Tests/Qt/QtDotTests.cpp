@@ -8,6 +8,8 @@
 namespace kestrow::qt {
 namespace {
 
+constexpr Rect bounds{0, 0, 40, 24};
+
 DotAppearance liveDot() {
   return {.frame = {12, 9, 6, 6},
           .cornerRadius = 3,
@@ -65,9 +67,10 @@ TEST(QtDot, RunsOnlyWhileItPulsesAndIsSeen) {
 
 TEST(QtDot, ItsAreaHoldsTheDotAndItsLight) {
   QtDot dot([] {});
-  EXPECT_TRUE(dot.area(24).isEmpty());
+  EXPECT_TRUE(dot.area(bounds).isEmpty());
   dot.show(liveDot());
-  EXPECT_EQ(dot.area(24), QRect(15 - 11, 12 - 11, 22, 22));
+  EXPECT_EQ(dot.area(bounds), QRect(15 - 11, 12 - 11, 22, 22));
+  EXPECT_EQ(dot.area({-5, 4, 40, 24}), QRect(20 - 11, 16 - 11, 22, 22));
 }
 
 TEST(QtDot, PaintsNothingOutsideItsArea) {
@@ -76,9 +79,9 @@ TEST(QtDot, PaintsNothingOutsideItsArea) {
   QImage picture(40, 24, QImage::Format_ARGB32_Premultiplied);
   picture.fill(Qt::transparent);
   QPainter painter(&picture);
-  dot.paint(painter, 24, 1);
+  dot.paint(painter, bounds, 1);
   painter.end();
-  const QRect area = dot.area(24);
+  const QRect area = dot.area(bounds);
   EXPECT_GT(qAlpha(picture.pixel(15, 12)), 240);
   for (int y = 0; y < picture.height(); ++y) {
     for (int x = 0; x < picture.width(); ++x) {
@@ -99,7 +102,7 @@ QImage grey(QPointF centre, double scale) {
   QPainter painter(&picture);
   QtDot dot([] {});
   dot.show(appearance);
-  dot.paint(painter, 24, scale);
+  dot.paint(painter, bounds, scale);
   return picture;
 }
 
@@ -137,7 +140,7 @@ TEST(QtDot, AGreyDotHasNoLight) {
   QImage picture(40, 24, QImage::Format_ARGB32_Premultiplied);
   picture.fill(Qt::transparent);
   QPainter painter(&picture);
-  dot.paint(painter, 24, 1);
+  dot.paint(painter, bounds, 1);
   painter.end();
   EXPECT_EQ(picture.pixel(15, 4), 0U);
   EXPECT_EQ(qAlpha(picture.pixel(15, 12)), 255);

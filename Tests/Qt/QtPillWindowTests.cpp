@@ -13,6 +13,7 @@
 #include <functional>
 #include <memory>
 #include <set>
+#include <vector>
 
 #include "Kestrow/Qt/QtAccessiblePill.hpp"
 
@@ -25,11 +26,13 @@ class Client final : public PillSurfaceClient {
   int clicks = 0;
   std::string label = "MI v CSK";
   Rect bounds;
+  std::vector<Rect> allBounds;
   double scale = 0;
 
   void draw(Canvas& canvas, const Rect& area, double pixels) override {
     ++drawings;
     bounds = area;
+    allBounds.push_back(area);
     scale = pixels;
     canvas.fill(Path::rect(area), {{0, 0, 1}, 1});
   }
@@ -125,6 +128,19 @@ TEST_F(QtPillWindowTest, GlidesToANewFrameWithItsTopEdgeFixed) {
   }));
   EXPECT_EQ(tops, std::set<int>{screen_.top()});
   EXPECT_GT(heights.size(), 3U);
+}
+
+TEST_F(QtPillWindowTest, ItsContentStaysInItsPlaceWhileItGlides) {
+  show();
+  client_.allBounds.clear();
+  window_->setFrame({140, static_cast<double>(screen_.height()) - 40, 120, 40}, Seconds(0.2));
+  EXPECT_TRUE(waitFor([&] { return client_.bounds == Rect{0, 0, 120, 40}; }));
+  EXPECT_GT(client_.allBounds.size(), 3U);
+  for (const Rect& bounds : client_.allBounds) {
+    EXPECT_EQ(bounds.maxY(), 40);
+    EXPECT_NEAR(bounds.midX(), 60, 1);
+  }
+  EXPECT_GT(client_.allBounds.front().width, 120);
 }
 
 TEST_F(QtPillWindowTest, AFrameAtOnceEndsTheGlide) {
