@@ -3,35 +3,30 @@
 #include <sys/timerfd.h>
 #include <unistd.h>
 
-#include <QFile>
+#include <QFileInfo>
 #include <cerrno>
 #include <cstdint>
-#include <ctime>
 #include <limits>
 
 namespace kestrow::qt {
-namespace {
 
-constexpr auto systemFolder = "/etc";
-constexpr auto timeZoneLink = "/etc/localtime";
-
-QString currentTimeZoneFile() {
-  return QFile::symLinkTarget(QString::fromLatin1(timeZoneLink));
-}
-
-}  // namespace
-
-ClockWatcher::ClockWatcher()
+ClockWatcher::ClockWatcher(const QString& systemFolder)
     : timer_(timerfd_create(CLOCK_REALTIME, TFD_NONBLOCK | TFD_CLOEXEC)),
-      timeZoneFile_(currentTimeZoneFile()) {
+      timeZonePath_(systemFolder + QStringLiteral("/localtime")),
+      timeZone_(look()) {
   if (timer_ >= 0 && arm()) {
     notifier_ = std::make_unique<QSocketNotifier>(timer_, QSocketNotifier::Read);
     connect(notifier_.get(), &QSocketNotifier::activated, this, &ClockWatcher::clockWasSet);
   }
-  // The zone is a link that is put in place anew, so its folder is what can be watched.
-  systemFolder_.addPath(QString::fromLatin1(systemFolder));
+  // The file is put in place anew, so its folder is what can be watched.
+  systemFolder_.addPath(systemFolder);
   connect(&systemFolder_, &QFileSystemWatcher::directoryChanged, this,
           &ClockWatcher::systemFolderChanged);
+}
+
+ClockWatcher::TimeZoneFile ClockWatcher::look() const {
+  const QFileInfo file(timeZonePath_);
+  return {file.symLinkTarget(), file.lastModified()};
 }
 
 ClockWatcher::~ClockWatcher() {
@@ -54,10 +49,9 @@ void ClockWatcher::clockWasSet() {
 }
 
 void ClockWatcher::systemFolderChanged() {
-  const QString file = currentTimeZoneFile();
-  if (file == timeZoneFile_) return;
-  timeZoneFile_ = file;
-  tzset();
+  const TimeZoneFile timeZone = look();
+  if (timeZone == timeZone_) return;
+  timeZone_ = timeZone;
   changed.notify();
 }
 

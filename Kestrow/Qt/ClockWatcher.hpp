@@ -1,6 +1,7 @@
 // Notices when the wall clock is set and when the time zone changes.
 #pragma once
 
+#include <QDateTime>
 #include <QFileSystemWatcher>
 #include <QObject>
 #include <QSocketNotifier>
@@ -16,7 +17,8 @@ namespace kestrow::qt {
 // then. Where the system can't tell, it stays silent.
 class ClockWatcher final : public QObject {
  public:
-  ClockWatcher();
+  // The folder is where the system says which time zone it is in, in the file "localtime".
+  explicit ClockWatcher(const QString& systemFolder = QStringLiteral("/etc"));
   ClockWatcher(const ClockWatcher&) = delete;
   ClockWatcher& operator=(const ClockWatcher&) = delete;
   ~ClockWatcher() override;
@@ -24,14 +26,23 @@ class ClockWatcher final : public QObject {
   Signal changed;
 
  private:
+  // The file is a link to the zone's rules, or a copy of them.
+  struct TimeZoneFile {
+    QString target;
+    QDateTime written;
+    bool operator==(const TimeZoneFile&) const = default;
+  };
+
+  TimeZoneFile look() const;
   bool arm() const;
   void clockWasSet();
   void systemFolderChanged();
 
   int timer_ = -1;
   std::unique_ptr<QSocketNotifier> notifier_;
+  QString timeZonePath_;
+  TimeZoneFile timeZone_;
   QFileSystemWatcher systemFolder_;
-  QString timeZoneFile_;
 };
 
 }  // namespace kestrow::qt

@@ -64,6 +64,7 @@ class Session:
         self.service = None
         self.program = None
         self.program_environment = {}  # added for the program alone
+        self.program_prefix = []  # a command that runs the program
         self._accessibility = None
         try:
             self._start_display(["-fbdir", str(self.folder)] if framebuffer else [])
@@ -284,7 +285,7 @@ class Session:
 
     def start_program(self, file=PROGRAM, **more):
         self.program = self.processes.start(
-            "kestrow", [str(file)], self.environment | self.program_environment | more)
+            "kestrow", [*self.program_prefix, str(file)], self.environment | self.program_environment | more)
         return self.program
 
     @property
