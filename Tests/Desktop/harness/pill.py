@@ -18,6 +18,8 @@ class PillTest(DesktopTest):
         self.session.seed_state(followedMatchId="m1")
         self.scores = Scores(live=[match("m1")])
         self.addCleanup(self.scores.close)
+        # First, so that the program knows from its start which events somebody listens to.
+        self.assertTrue(self.session.accessibility)
         self.session.start_program()
         self.session.pill("145/3")
         self.window = wait_until(self.session.windows, "the pill")[0]
