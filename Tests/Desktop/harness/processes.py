@@ -69,6 +69,10 @@ class Processes:
         self._running.append(process)
         return process
 
+    def named(self, name):
+        """The running process that was started under the name."""
+        return next(process for process in self._running if process.name == name)
+
     def stop(self, process, kill=False):
         """Ends one process and waits for it."""
         if process.poll() is None:

@@ -69,7 +69,7 @@ class Session:
         try:
             self._start_display(["-fbdir", str(self.folder)] if framebuffer else [])
             if session_bus:
-                self._start_session_bus()
+                self.start_session_bus()
             self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = f"unix:path={self.folder}/run/system"
             if system_bus:
                 self.start_system_bus()
@@ -175,7 +175,7 @@ class Session:
 
     # The buses
 
-    def _start_session_bus(self):
+    def start_session_bus(self):
         process = self.processes.start(
             "dbus", ["dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1",
                      f"--address=unix:path={self.folder}/run/bus"], self.environment,

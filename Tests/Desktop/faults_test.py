@@ -1,0 +1,125 @@
+"""The desktop and the disk fail, and the clock jumps: the program goes on, or ends as it should."""
+import glob
+import os
+from datetime import timedelta
+
+from harness.panel import PanelTest
+from harness.processes import stays, wait_until
+from harness.scores import fixture, match
+from harness.testcase import main
+
+FAKETIME = glob.glob("/usr/lib/*/faketime/libfaketimeMT.so.1")
+DAY = timedelta(days=1)
+
+
+class Faults(PanelTest):
+    def setUp(self):
+        self.session = self.open_session()
+        self.session.start_window_manager()
+
+    def start(self, **state):
+        self.serve(live=[match("m1")])
+        self.session.seed_state(**{"followedMatchId": "m1", **state})
+        self.session.start_program()
+        self.session.pill("145/3")
+
+    def runs(self):
+        return self.session.program.poll() is None
+
+    def click_opens_the_panel(self):
+        """Seen by its window, since the buses may be gone."""
+        before = self.session.windows()
+        x, y, width, height = self.session.frame(before[0])
+        self.session.pointer(x + width // 2, y + height // 2, 1)
+        wait_until(lambda: len(self.session.windows()) > len(before), "the panel")
+
+    # The desktop
+
+    def test_the_end_of_the_display_is_its_end(self):
+        self.start()
+        self.session.processes.stop(self.session.processes.named("Xvfb"), kill=True)
+        self.assertGreaterEqual(self.session.program.wait(10), 0, "ended by a signal")
+
+    def test_goes_on_without_the_session_bus_and_after_it_is_back(self):
+        self.start()
+        self.session.processes.stop(self.session.processes.named("dbus"))
+        self.assertTrue(stays(self.runs, 1))
+        self.click_opens_the_panel()
+        self.session.start_session_bus()
+        self.assertTrue(stays(self.runs, 1))
+        self.scores.matches["live"] = [match("m1", score=(146, 3, 15.3))]
+        before = self.scores.lists_asked
+        self.session.wake_for_news()
+        wait_until(lambda: self.scores.lists_asked > before, "the program to ask")
+
+    # Time
+
+    def set_clock(self, jump):
+        self.clock.write_text(f"{jump.total_seconds():+.0f}\n")
+
+    def test_takes_the_next_score_however_the_clock_has_jumped(self):
+        self.clock = self.session.folder / "clock"
+        self.set_clock(timedelta())
+        self.session.program_environment = {
+            "LD_PRELOAD": FAKETIME[0], "FAKETIME_TIMESTAMP_FILE": str(self.clock),
+            "FAKETIME_NO_CACHE": "1", "FAKETIME_DONT_FAKE_MONOTONIC": "1"}
+        self.start()
+        for runs, jump in enumerate((DAY, -DAY, 7 * DAY, timedelta()), 146):
+            self.session.sleep()
+            self.set_clock(jump)
+            self.scores.matches["live"] = [match("m1", score=(runs, 3, 15.3))]
+            self.session.wake()
+            pill = self.session.pill(f"{runs}/3")
+            self.assertNotIn("stale", pill.name.lower())
+
+    def test_words_a_start_anew_when_the_clock_was_set(self):
+        self.clock = self.session.folder / "clock"
+        self.clock.write_text("@2026-04-12 12:00:00\n")
+        self.session.program_environment = {
+            "LD_PRELOAD": FAKETIME[0], "FAKETIME_TIMESTAMP_FILE": str(self.clock),
+            "FAKETIME_NO_CACHE": "1", "FAKETIME_DONT_FAKE_MONOTONIC": "1"}
+        self.serve(upcoming=[fixture("m1", "A", "B", startTime="2026-04-13T19:30:00Z")])
+        self.session.seed_state(followedMatchId="m1")
+        self.session.start_program()
+        self.session.pill("Tomorrow")
+        self.clock.write_text("@2026-04-13 12:00:00\n")
+        self.session.wake_for_news()
+        wait_until(lambda: "Tomorrow" not in self.session.pill("19:30").name, "today's wording")
+
+    # The disk
+
+    def start_on(self, spoil):
+        """With what `spoil(file)` puts in the state file's place."""
+        self.session.state_file.parent.mkdir(parents=True)
+        spoil(self.session.state_file)
+        self.serve(live=[match("m1")])
+        self.session.start_program()
+        self.session.pill("Pick a match")
+
+    def pick(self):
+        self.open_panel()
+        self.click(self.wait_for("radio button", "Mumbai Indians"))
+        self.session.pill("145/3")
+
+    def test_a_pipe_in_the_state_files_place_holds_nothing_up_and_is_replaced(self):
+        self.start_on(os.mkfifo)
+        self.pick()
+        self.assertEqual(self.session.state()["followedMatchId"], "m1")
+
+    def test_follows_a_match_although_nothing_can_be_saved(self):
+        self.start_on(lambda file: file.mkdir())
+        self.pick()
+        self.assertTrue(self.session.state_file.is_dir())
+        self.assertTrue(self.runs())
+
+    def test_a_file_in_the_folders_place_is_left_alone(self):
+        def spoil(file):
+            file.parent.rmdir()
+            file.parent.write_text("somebody's")
+        self.start_on(spoil)
+        self.pick()
+        self.assertEqual(self.session.state_file.parent.read_text(), "somebody's")
+
+
+if __name__ == "__main__":
+    main()
