@@ -17,7 +17,7 @@ namespace kestrow::service {
 struct Fault {
   enum class Kind {
     latency,   // the answer comes `seconds` late
-    status,    // another `status`, with a body that says so
+    status,    // another `status`, with a body that says so where it may have one
     drop,      // the connection is closed without a byte of an answer
     truncate,  // the connection is closed after half of the body
     garbage,   // a body that is not JSON

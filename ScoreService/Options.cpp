@@ -23,7 +23,7 @@ constexpr const char* footer = R"(Start points:
 
 Faults are KIND[=VALUE][@WHEN][@PATH]; several may be given, each counts the requests of its path:
   latency=SECONDS     the answer comes that much later
-  status=CODE         another status, 200 to 599
+  status=CODE         another status, 200 to 599; 204 and 304 come without a body
   drop                the connection closes without an answer
   truncate            the connection closes after half of the body
   garbage             a body that is not JSON

@@ -180,7 +180,7 @@ class ScoreServer::Running {
   void commit(const Fault& fault, const httplib::Request& request, httplib::Response& response) {
     switch (fault.kind) {
       case Fault::Kind::status:
-        return refuse(response, fault.status, "a fault was asked for");
+        return misreport(response, fault.status);
       case Fault::Kind::redirect:
         response.body.clear();
         return response.set_redirect(fault.location);
@@ -197,6 +197,17 @@ class ScoreServer::Running {
       case Fault::Kind::latency:
         return;
     }
+  }
+
+  // A body behind a status that has none would be read as the start of the next answer.
+  static void misreport(httplib::Response& response, int status) {
+    constexpr int noContent = 204;
+    constexpr int notModified = 304;
+    if (status != noContent && status != notModified) {
+      return refuse(response, status, "a fault was asked for");
+    }
+    response.status = status;
+    response.body.clear();
   }
 
   static void truncate(httplib::Response& response) {

@@ -186,6 +186,18 @@ TEST_F(ScoreServerTest, AStatusFaultAnswersWithThatStatusWhenItIsDue) {
   EXPECT_EQ(get("/api/matches")->status, 200);
 }
 
+TEST_F(ScoreServerTest, AStatusThatHasNoBodyComesWithoutOne) {
+  start({"status=204@first:1", "status=304@first:2"});
+  client_->set_keep_alive(true);
+  for (const int status : {204, 304}) {
+    const auto result = get("/api/matches");
+    EXPECT_EQ(result->status, status);
+    EXPECT_EQ(result->get_header_value("Content-Length"), "0");
+    EXPECT_EQ(result->body, "");
+  }
+  EXPECT_EQ(get("/api/matches")->status, 200);
+}
+
 TEST_F(ScoreServerTest, AFaultKeepsToItsPath) {
   start({"status=500@/api/pro/match"});
   EXPECT_EQ(get("/api/matches")->status, 200);
