@@ -199,11 +199,12 @@ TEST_F(HostileService, WhatNeverEndsIsAMissAndTakesNoMemory) {
     connection.write("HTTP/1.1 200 OK\r\n\r\n");
     while (connection.write(std::string(65536, ' '))) continue;
   });
+  EXPECT_LT(peakMemory() - before, 128 * mebibyte);
+
   const std::string bomb = gzipped(std::string(256 * mebibyte, ' '));
   const std::size_t withBomb = peakMemory();
   expectMiss("a bomb of compression", httpAnswer(bomb, "200 OK", "Content-Encoding: gzip\r\n"));
   EXPECT_LT(peakMemory() - withBomb, 64 * mebibyte);
-  EXPECT_LT(peakMemory() - before, 512 * mebibyte);
 }
 
 TEST_F(HostileService, RedirectsInCirclesOrToFilesAreMisses) {
