@@ -4,6 +4,7 @@
 #import <dispatch/dispatch.h>
 
 #include <cstdint>
+#include <memory>
 #include <utility>
 
 #include "KestrowCore/DelayedActions.hpp"
@@ -31,36 +32,46 @@ class Punctuality {
   id<NSObject> activity_;
 };
 
+// What waits for its time; nothing of it is left once that has come.
+struct Waiting {
+  std::function<void()> action;
+  std::unique_ptr<Punctuality> punctuality;
+};
+
+dispatch_source_t startTimer(Seconds delay, bool isPrecise, dispatch_block_t handler) {
+  dispatch_source_t source =
+      dispatch_source_create(DISPATCH_SOURCE_TYPE_TIMER, 0, isPrecise ? DISPATCH_TIMER_STRICT : 0,
+                             dispatch_get_main_queue());
+  const Seconds leeway = isPrecise ? Seconds::zero() : MainThread::leewayOfLongDelays;
+  dispatch_source_set_timer(source, dispatch_time(DISPATCH_TIME_NOW, nanoseconds(delay)),
+                            DISPATCH_TIME_FOREVER, static_cast<std::uint64_t>(nanoseconds(leeway)));
+  dispatch_source_set_event_handler(source, handler);
+  dispatch_resume(source);
+  return source;
+}
+
+// The action may destroy this object, so the source's handler holds what waits, and not the object.
 class Timer final : public DelayedAction {
  public:
-  Timer(Seconds delay, std::function<void()> action)
-      : action_(std::make_shared<std::function<void()>>(std::move(action))) {
+  Timer(Seconds delay, std::function<void()> action) : waiting_(std::make_shared<Waiting>()) {
     const bool isPrecise = delay <= MainThread::longestPreciseDelay;
-    if (isPrecise) punctuality_ = std::make_unique<Punctuality>();
-    source_ = dispatch_source_create(DISPATCH_SOURCE_TYPE_TIMER, 0,
-                                     isPrecise ? DISPATCH_TIMER_STRICT : 0,
-                                     dispatch_get_main_queue());
-    const Seconds leeway = isPrecise ? Seconds::zero() : MainThread::leewayOfLongDelays;
-    dispatch_source_set_timer(source_, dispatch_time(DISPATCH_TIME_NOW, nanoseconds(delay)),
-                              DISPATCH_TIME_FOREVER,
-                              static_cast<std::uint64_t>(nanoseconds(leeway)));
-    // The action may destroy this object, which is why the handler holds the action only.
-    const auto waiting = action_;
-    dispatch_source_set_event_handler(source_, ^{
-      if (const auto due = std::exchange(*waiting, nullptr)) due();
+    waiting_->action = std::move(action);
+    if (isPrecise) waiting_->punctuality = std::make_unique<Punctuality>();
+    const auto waiting = waiting_;
+    source_ = startTimer(delay, isPrecise, ^{
+      const Waiting due = std::exchange(*waiting, {});
+      if (due.action) due.action();
     });
-    dispatch_resume(source_);
   }
   Timer(const Timer&) = delete;
   Timer& operator=(const Timer&) = delete;
   ~Timer() override {
-    *action_ = nullptr;
+    *waiting_ = {};
     dispatch_source_cancel(source_);
   }
 
  private:
-  std::shared_ptr<std::function<void()>> action_;
-  std::unique_ptr<Punctuality> punctuality_;
+  std::shared_ptr<Waiting> waiting_;
   dispatch_source_t source_;
 };
 

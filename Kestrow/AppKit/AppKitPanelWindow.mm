@@ -43,7 +43,8 @@ AppKitPanelWindow::AppKitPanelWindow(PanelSurfaceClient& client)
       column_(client),
       panel_(makePanelWindow()),
       scroll_(makePanelScroll(column_.stack())),
-      delegate_([[KestrowPanelDelegate alloc] initWithResigned:[&client] { client.resignedKey(); }]) {
+      delegate_(
+          [[KestrowPanelDelegate alloc] initWithResigned:[&client] { client.resignedKey(); }]) {
   panel_.contentView = makePanelBackground(scroll_);
   panel_.delegate = delegate_;
 }
@@ -67,6 +68,7 @@ double AppKitPanelWindow::fittingHeight() {
 
 void AppKitPanelWindow::setFrame(const Rect& frame) {
   [panel_ setFrame:toNSRect(frame) display:YES];
+  [panel_ invalidateShadow];  // which follows the round corners
 }
 
 bool AppKitPanelWindow::isVisible() const {
@@ -96,9 +98,8 @@ void AppKitPanelWindow::orderOut() {
 void AppKitPanelWindow::installMonitors() {
   PanelSurfaceClient& client = client_;
   if (!outsideClicks_) {
-    outsideClicks_ =
-        EventMonitor::ofOthers(NSEventMaskLeftMouseDown | NSEventMaskRightMouseDown,
-                               [&client] { client.clickedOutside(); });
+    outsideClicks_ = EventMonitor::ofOthers(NSEventMaskLeftMouseDown | NSEventMaskRightMouseDown,
+                                            [&client] { client.clickedOutside(); });
   }
   if (!escapeKey_) {
     escapeKey_ = EventMonitor::ofOwn(NSEventMaskKeyDown, [&client](NSEvent* event) {

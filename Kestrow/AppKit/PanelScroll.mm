@@ -73,8 +73,7 @@ NSScrollView* makePanelScroll(NSStackView* stack) {
 }
 
 NSView* makePanelBackground(NSScrollView* scroll) {
-  NSVisualEffectView* effect =
-      [[NSVisualEffectView alloc] initWithFrame:NSMakeRect(0, 0, 0, 0)];
+  NSVisualEffectView* effect = [[NSVisualEffectView alloc] initWithFrame:NSMakeRect(0, 0, 0, 0)];
   effect.material = NSVisualEffectMaterialPopover;
   effect.state = NSVisualEffectStateActive;
   effect.blendingMode = NSVisualEffectBlendingModeBehindWindow;

@@ -77,8 +77,8 @@ NSPanel* makePanelWindow() {
 
 - (BOOL)performKeyEquivalent:(NSEvent*)event {
   using namespace kestrow;
-  const auto action = keyEquivalent(appkit::modifiersOf(event),
-                                    appkit::toUtf8(event.charactersIgnoringModifiers));
+  const auto action =
+      keyEquivalent(appkit::modifiersOf(event), appkit::toUtf8(event.charactersIgnoringModifiers));
   if (action && [NSApplication.sharedApplication sendAction:appkit::selectorOf(*action)
                                                          to:nil
                                                        from:self]) {

@@ -3,8 +3,6 @@
 #include <QAbstractButton>
 #include <algorithm>
 #include <cmath>
-#include <map>
-#include <ranges>
 #include <utility>
 #include <variant>
 
@@ -76,8 +74,8 @@ void PanelColumn::apply(const PanelNode& node) {
   const auto& box = std::get<PanelBox>(node.kind);
   spacing_ = box.spacing;
   if (const auto name = oneLine(box.name); name != accessibleName()) setAccessibleName(name);
-  if (!holdsExactly(box.nodes)) rebuild(box.nodes);
-  for (std::size_t i = 0; i < children_.size(); ++i) children_[i].item->apply(box.nodes[i]);
+  if (keysOf(box.nodes) != keys_) rebuild(box.nodes);
+  for (std::size_t i = 0; i < items_.size(); ++i) items_[i]->apply(box.nodes[i]);
   fixTabStops();
 }
 
@@ -85,46 +83,37 @@ void PanelColumn::apply(const PanelNode& node) {
 // the first. Arrow keys move inside the group.
 void PanelColumn::fixTabStops() {
   RadioRow* stop = nullptr;
-  for (const auto& child : children_) {
-    auto* radio = qobject_cast<RadioRow*>(&child.item->widget());
+  for (auto* item : items_) {
+    auto* radio = qobject_cast<RadioRow*>(&item->widget());
     if (radio && (!stop || (radio->isChecked() && !stop->isChecked()))) stop = radio;
   }
-  for (const auto& child : children_) {
-    auto* radio = qobject_cast<RadioRow*>(&child.item->widget());
+  for (auto* item : items_) {
+    auto* radio = qobject_cast<RadioRow*>(&item->widget());
     if (radio) radio->setFocusPolicy(radio == stop ? Qt::StrongFocus : Qt::ClickFocus);
   }
 }
 
-bool PanelColumn::holdsExactly(const std::vector<PanelNode>& nodes) const {
-  return std::ranges::equal(children_, nodes, [](const Child& child, const PanelNode& node) {
-    return child.kind == node.kind.index() && child.id == node.id;
-  });
-}
-
 void PanelColumn::rebuild(const std::vector<PanelNode>& nodes) {
-  std::multimap<std::pair<std::size_t, std::string>, Child> before;
-  for (auto& child : children_) before.emplace(std::pair(child.kind, child.id), child);
-  children_.clear();
-  for (const auto& node : nodes) {
-    const auto found = before.find({node.kind.index(), node.id});
-    if (found != before.end()) {
-      children_.push_back(found->second);
-      before.erase(found);
-    } else {
-      auto* item = makePanelItem(node, client_, this);
-      children_.push_back({.kind = node.kind.index(), .id = node.id, .item = item});
-      item->widget().show();
-    }
-    children_.back().item->widget().raise();  // the order that assistive technology walks
+  auto before = std::exchange(items_, {});
+  auto keys = keysOf(nodes);
+  for (const auto place : reusedPlaces(keys_, keys)) {
+    auto* item = place ? std::exchange(before[*place], nullptr)
+                       : makePanelItem(nodes[items_.size()], client_, this);
+    items_.push_back(item);
+    if (!place) item->widget().show();
+    item->widget().raise();  // the order that assistive technology walks
   }
-  for (auto& [key, child] : before) retire(child.item->widget());
+  keys_ = std::move(keys);
+  for (auto* item : before) {
+    if (item) retire(item->widget());
+  }
   structureChanged_ = true;
 }
 
 int PanelColumn::heightFor(int width) {
   double height = 0;
-  for (const auto& child : children_) height += child.item->heightFor(width) + spacing_;
-  return children_.empty() ? 0 : static_cast<int>(std::ceil(height - spacing_));
+  for (auto* item : items_) height += item->heightFor(width) + spacing_;
+  return items_.empty() ? 0 : static_cast<int>(std::ceil(height - spacing_));
 }
 
 QMargins PanelColumn::outset() const {
@@ -134,23 +123,22 @@ QMargins PanelColumn::outset() const {
 void PanelColumn::arrange() {
   const int width = this->width() - 2 * look::inset;
   double y = padding_;
-  for (const auto& child : children_) {
-    auto& item = *child.item;
-    const QRect content(look::inset, static_cast<int>(y), item.widthFor(width),
-                        item.heightFor(width));
-    item.widget().setGeometry(content.marginsAdded(item.outset()));
-    if (auto* column = dynamic_cast<PanelColumn*>(&item)) column->arrange();
+  for (auto* item : items_) {
+    const QRect content(look::inset, static_cast<int>(y), item->widthFor(width),
+                        item->heightFor(width));
+    item->widget().setGeometry(content.marginsAdded(item->outset()));
+    if (auto* column = dynamic_cast<PanelColumn*>(item)) column->arrange();
     y += content.height() + spacing_;
   }
 }
 
 std::vector<PanelItem*> PanelColumn::leaves() const {
   std::vector<PanelItem*> result;
-  for (const auto& child : children_) {
-    if (const auto* column = dynamic_cast<PanelColumn*>(child.item)) {
+  for (auto* item : items_) {
+    if (const auto* column = dynamic_cast<PanelColumn*>(item)) {
       std::ranges::copy(column->leaves(), std::back_inserter(result));
     } else {
-      result.push_back(child.item);
+      result.push_back(item);
     }
   }
   return result;
@@ -158,8 +146,8 @@ std::vector<PanelItem*> PanelColumn::leaves() const {
 
 bool PanelColumn::takeStructureChanged() {
   bool changed = std::exchange(structureChanged_, false);
-  for (const auto& child : children_) {
-    if (auto* column = dynamic_cast<PanelColumn*>(child.item)) {
+  for (auto* item : items_) {
+    if (auto* column = dynamic_cast<PanelColumn*>(item)) {
       changed = column->takeStructureChanged() || changed;
     }
   }

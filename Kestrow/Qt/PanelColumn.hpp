@@ -2,10 +2,9 @@
 #pragma once
 
 #include <QWidget>
-#include <cstddef>
-#include <string>
 #include <vector>
 
+#include "Kestrow/PanelReuse.hpp"
 #include "Kestrow/Qt/PanelItem.hpp"
 
 namespace kestrow::qt {
@@ -33,20 +32,14 @@ class PanelColumn final : public QWidget, public PanelItem {
   bool takeStructureChanged();
 
  private:
-  struct Child {
-    std::size_t kind = 0;
-    std::string id;
-    PanelItem* item = nullptr;
-  };
-
-  bool holdsExactly(const std::vector<PanelNode>& nodes) const;
   void rebuild(const std::vector<PanelNode>& nodes);
   void fixTabStops();
 
   PanelSurfaceClient& client_;
   int padding_;
   double spacing_ = 0;
-  std::vector<Child> children_;
+  std::vector<PanelNodeKey> keys_;
+  std::vector<PanelItem*> items_;  // one for each key; the widgets own them
   bool structureChanged_ = false;
 };
 

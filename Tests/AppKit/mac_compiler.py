@@ -33,7 +33,8 @@ WARNINGS = _warnings()
 
 
 def sources() -> list[pathlib.Path]:
-    return sorted((ROOT / "Kestrow").rglob("*.mm"))
+    """The program's files and those of its tests."""
+    return sorted((ROOT / "Kestrow").rglob("*.mm")) + sorted(HERE.glob("*.mm"))
 
 
 @functools.cache

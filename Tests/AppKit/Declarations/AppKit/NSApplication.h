@@ -24,6 +24,7 @@ typedef NS_ENUM(NSInteger, NSApplicationActivationPolicy) {
 @interface NSApplication : NSResponder
 @property(class, readonly, strong) __kindof NSApplication* sharedApplication;
 @property(nullable, weak) id<NSApplicationDelegate> delegate;
+@property(readonly, copy) NSArray<NSWindow*>* windows;
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy;
 - (void)activate API_AVAILABLE_MACOS(14.0);
 - (BOOL)sendAction:(SEL)action to:(nullable id)target from:(nullable id)sender;

@@ -19,6 +19,7 @@ static const NSControlStateValue NSControlStateValueOn = 1;
 @property(nullable, strong) NSFont* font;
 @property(copy) NSString* stringValue;
 @property NSLineBreakMode lineBreakMode;
+- (void)performClick:(nullable id)sender;
 @end
 
 @interface NSTextField : NSControl
@@ -56,6 +57,7 @@ static const NSControlStateValue NSControlStateValueOn = 1;
 - (instancetype)initWithFrame:(NSRect)frame pullsDown:(BOOL)pullsDown NS_DESIGNATED_INITIALIZER;
 @property(nullable, strong) NSMenu* menu;
 @property(readonly) NSInteger indexOfSelectedItem;
+@property(readonly) NSInteger numberOfItems;
 - (void)removeAllItems;
 - (void)selectItemAtIndex:(NSInteger)index;
 @end

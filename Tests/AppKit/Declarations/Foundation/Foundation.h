@@ -10,6 +10,7 @@
 #import <Foundation/NSNotification.h>
 #import <Foundation/NSObject.h>
 #import <Foundation/NSProcessInfo.h>
+#import <Foundation/NSRunLoop.h>
 #import <Foundation/NSString.h>
 #import <Foundation/NSUserDefaults.h>
 #import <Foundation/NSValue.h>

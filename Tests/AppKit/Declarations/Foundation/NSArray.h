@@ -10,6 +10,7 @@ NS_ASSUME_NONNULL_BEGIN
 + (instancetype)arrayWithObjects:(const ObjectType _Nonnull[_Nullable])objects
                            count:(NSUInteger)count;
 - (NSArray<ObjectType>*)copy;
+@property(nullable, readonly) ObjectType lastObject;
 @end
 
 @interface NSDictionary<__covariant KeyType, __covariant ObjectType> : NSObject<NSCopying>

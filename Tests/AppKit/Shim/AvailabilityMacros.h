@@ -1,0 +1,2 @@
+// GoogleTest includes it on a Mac, and uses nothing of it that matters to a check.
+#pragma once

@@ -1,0 +1,83 @@
+// The two windows' settings, which decide where they are seen and what they take from other
+// programs.
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+
+#include "Kestrow/AppKit/AppKitPillWindow.hpp"
+#import "Kestrow/AppKit/PanelWindow.hpp"
+
+namespace kestrow::appkit {
+namespace {
+
+class Pill : public PillSurfaceClient {
+ public:
+  void draw(Canvas& /*canvas*/, const Rect& /*bounds*/, double /*scale*/) override {}
+  void click() override { ++clicks; }
+  std::string accessibilityLabel() const override { return "MI 145 for 3"; }
+
+  int clicks = 0;
+};
+
+class WindowsOnAMac : public testing::Test {
+ protected:
+  WindowsOnAMac() { [NSApplication.sharedApplication class]; }
+
+  static NSPanel* newest() {
+    return static_cast<NSPanel*>(NSApplication.sharedApplication.windows.lastObject);
+  }
+};
+
+void expectFloating(NSPanel* panel) {
+  EXPECT_EQ(panel.level, 27);
+  EXPECT_EQ(panel.styleMask, 128U);
+  EXPECT_TRUE(panel.floatingPanel);
+  EXPECT_FALSE(panel.opaque);
+  EXPECT_FALSE(panel.movable);
+  EXPECT_FALSE(panel.hidesOnDeactivate);
+  EXPECT_FALSE(panel.releasedWhenClosed);
+  EXPECT_FALSE(panel.canBecomeMainWindow);
+}
+
+TEST_F(WindowsOnAMac, PillFloatsAndTakesNoKeyboard) {
+  Pill pill;
+  const AppKitPillWindow window(pill);
+  NSPanel* panel = newest();
+  expectFloating(panel);
+  EXPECT_EQ(panel.collectionBehavior, 337U);
+  EXPECT_FALSE(panel.hasShadow);
+  EXPECT_FALSE(panel.canBecomeKeyWindow);
+}
+
+TEST_F(WindowsOnAMac, PillIsAButtonForAssistiveTechnology) {
+  Pill pill;
+  const AppKitPillWindow window(pill);
+  NSView* view = newest().contentView;
+  EXPECT_TRUE(view.accessibilityElement);
+  EXPECT_TRUE([view.accessibilityRole isEqualToString:NSAccessibilityButtonRole]);
+  EXPECT_TRUE([view.accessibilityLabel isEqualToString:@"MI 145 for 3"]);
+  EXPECT_TRUE([view accessibilityPerformPress]);
+  EXPECT_EQ(pill.clicks, 1);
+}
+
+TEST_F(WindowsOnAMac, PillIsShownToCapturesOnlyWhenItMay) {
+  Pill pill;
+  AppKitPillWindow window(pill);
+  window.setSharing(false);
+  EXPECT_EQ(newest().sharingType, NSWindowSharingNone);
+  window.setSharing(true);
+  EXPECT_EQ(newest().sharingType, NSWindowSharingReadOnly);
+}
+
+TEST_F(WindowsOnAMac, PanelFloatsAndTakesTheKeyboard) {
+  NSPanel* panel = makePanelWindow();
+  expectFloating(panel);
+  EXPECT_EQ(panel.collectionBehavior, 321U);
+  EXPECT_TRUE(panel.hasShadow);
+  EXPECT_TRUE(panel.canBecomeKeyWindow);
+  EXPECT_FALSE(panel.becomesKeyOnlyIfNeeded);
+}
+
+}  // namespace
+}  // namespace kestrow::appkit
