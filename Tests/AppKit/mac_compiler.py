@@ -33,8 +33,17 @@ WARNINGS = _warnings()
 
 
 def sources() -> list[pathlib.Path]:
-    """The program's files and those of its tests."""
-    return sorted((ROOT / "Kestrow").rglob("*.mm")) + sorted(HERE.glob("*.mm"))
+    return sorted((ROOT / "Kestrow").rglob("*.mm"))
+
+
+def tests() -> list[pathlib.Path]:
+    """What runs on a Mac only, and is compiled here."""
+    return sorted(HERE.glob("*.mm"))
+
+
+def classes() -> list[pathlib.Path]:
+    """The files that define an Objective-C class."""
+    return [file for file in sources() if "@implementation" in file.read_text(encoding="utf-8")]
 
 
 @functools.cache
@@ -133,10 +142,10 @@ def undeclared_methods(file: pathlib.Path) -> str:
     return "\n".join(lines)
 
 
-def findings(check, *arguments, files=None) -> str:
-    """The check's findings for the files, which are those for macOS unless told, on every core."""
+def findings(check, files: list[pathlib.Path], *arguments) -> str:
+    """The check's findings for the files, on every core."""
     for target in TARGETS:
         _prepared(target)
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
-        found = pool.map(lambda file: check(file, *arguments), files or sources())
+        found = pool.map(lambda file: check(file, *arguments), files)
         return "\n".join(text for text in found if text)
