@@ -56,6 +56,41 @@ void read(dom::element element, Value::Content& out) {
   out.emplace<std::monostate>();
 }
 
+// The length of what stands at the front of the JSON: a quotation mark, an escape, a number, or
+// something up to the next of these.
+std::size_t lengthOfPiece(std::string_view body, bool isInText) {
+  constexpr std::string_view numbers = "0123456789+-.eE";
+  if (isInText && body.front() == '\\') return 2;
+  if (isInText) return std::max(body.find_first_of("\"\\"), std::size_t{1});
+  if (numbers.contains(body.front())) return body.find_first_not_of(numbers);
+  return std::max(body.find_first_of("\"0123456789+-.eE"), std::size_t{1});
+}
+
+bool isVeryLongInteger(std::string_view piece) {
+  constexpr std::size_t mostDigits = 19;  // of one that may fit 64 bits
+  return piece.size() - (piece.starts_with('-') ? 1 : 0) > mostDigits &&
+         piece.find_first_not_of("-0123456789") == std::string_view::npos;
+}
+
+// The JSON with its very long integers written as reals, for the library takes an integer that does
+// not fit for a mistake in the text. It is none: who reads it can say where it stands, and where
+// nobody does, it does no harm.
+std::string withLongIntegersAsReals(std::string_view body) {
+  std::string out;
+  bool isInText = false;
+  while (!body.empty()) {
+    const std::string_view piece = body.substr(0, lengthOfPiece(body, isInText));
+    out.append(piece);
+    if (piece == "\"") {
+      isInText = !isInText;
+    } else if (!isInText && isVeryLongInteger(piece)) {
+      out += "e0";
+    }
+    body.remove_prefix(piece.size());
+  }
+  return out;
+}
+
 std::string reason(simdjson::error_code code) {
   return std::string("not valid JSON: ") + simdjson::error_message(code);
 }
@@ -115,6 +150,11 @@ Place Entries::take(Place place, Entry& entry) {
 struct Document::Parsed {
   dom::parser parser;
   dom::element root;
+
+  simdjson::error_code read(std::string_view body) {
+    const auto code = parser.allocate(std::max(body.size(), std::size_t{64}), maxDepth);
+    return code == simdjson::SUCCESS ? parser.parse(body.data(), body.size()).get(root) : code;
+  }
 };
 
 Document::Document(std::unique_ptr<Parsed> parsed) : parsed_(std::move(parsed)) {}
@@ -124,9 +164,8 @@ Document::~Document() = default;
 
 std::expected<Document, Error> Document::parse(std::string_view body) {
   auto parsed = std::make_unique<Parsed>();
-  auto& parser = parsed->parser;
-  auto code = parser.allocate(std::max(body.size(), std::size_t{64}), maxDepth);
-  if (code == simdjson::SUCCESS) code = parser.parse(body.data(), body.size()).get(parsed->root);
+  auto code = parsed->read(body);
+  if (code == simdjson::NUMBER_ERROR) code = parsed->read(withLongIntegersAsReals(body));
   if (code != simdjson::SUCCESS) return std::unexpected(Error{.path = "", .reason = reason(code)});
   return Document(std::move(parsed));
 }

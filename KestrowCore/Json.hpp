@@ -138,7 +138,8 @@ class Entries {
   Place end_;
 };
 
-// A parsed document. The whole text is checked, to its last byte: syntax, UTF-8, numbers that fit.
+// A parsed document. The whole text is checked, to its last byte: syntax, UTF-8, numbers that a
+// double can hold.
 class Document {
  public:
   // Containers within containers, at most. Deeper ones are refused: no record of ours comes near.

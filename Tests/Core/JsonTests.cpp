@@ -52,7 +52,9 @@ TEST(JsonDocument, RefusesWhatIsNotOneWholeDocument) {
                                       "\"\xc0\x80\"",
                                       "\"a\nb\"",
                                       "[1e999]",
-                                      "[18446744073709551616]",
+                                      "[018446744073709551616]",
+                                      "[18446744073709551616-]",
+                                      "[18446744073709551616 1]",
                                       "[-9223372036854775809]",
                                       "{}\x01"}) {
     const auto document = Document::parse(body);
@@ -64,6 +66,35 @@ TEST(JsonDocument, RefusesWhatIsNotOneWholeDocument) {
 
 TEST(JsonDocument, TakesAnyWhiteSpaceAroundIt) {
   EXPECT_EQ(parsed(" \t\r\n{ } \n").root().kind(), Kind::object);
+}
+
+TEST(JsonDocument, TakesIntegersThatNoIntegerTypeHolds) {
+  const auto document =
+      parsed(R"([18446744073709551616, -10000000000000000000,123456789012345678901234567890])");
+  std::vector<std::optional<double>> numbers;
+  Items items(document.root());
+  for (Value item; items.next(item);) {
+    EXPECT_EQ(item.kind(), Kind::real);
+    EXPECT_EQ(item.integer(), std::nullopt);
+    numbers.push_back(item.number());
+  }
+  EXPECT_EQ(numbers,
+            (std::vector<std::optional<double>>{0x1p64, -1e19, 123456789012345678901234567890.0}));
+  EXPECT_EQ(parsed("18446744073709551616").root().number(), 0x1p64);
+  EXPECT_FALSE(Document::parse("[1" + std::string(400, '0') + "]").has_value());
+}
+
+TEST(JsonDocument, KeepsWhatStandsBesideAVeryLongInteger) {
+  const auto document =
+      parsed(R"({"x":18446744073709551616,"12345678901234567890":9223372036854775807,)"
+             R"("t":"\"12345678901234567890\\","r":1.12345678901234567890,)"
+             R"("e":100000000000000000000e-20,"n":-9223372036854775808})");
+  const auto at = [&](std::string_view key) { return *document.root().find(key); };
+  EXPECT_EQ(at("12345678901234567890").integer(), std::numeric_limits<std::int64_t>::max());
+  EXPECT_EQ(at("t").text(), "\"12345678901234567890\\");
+  EXPECT_EQ(at("r").number(), 1.12345678901234567890);
+  EXPECT_EQ(at("e").number(), 1.0);
+  EXPECT_EQ(at("n").integer(), std::numeric_limits<std::int64_t>::min());
 }
 
 TEST(JsonDocument, IsNestedUpToTheLimitAndNotDeeper) {
