@@ -65,8 +65,8 @@ class Icon(unittest.TestCase):
         self.folder = pathlib.Path(folder.name)
         self.icon = self.folder / "Kestrow.icns"
 
-    def make(self):
-        return subprocess.run([sys.executable, str(MAKE_ICNS), str(self.folder), str(self.icon)],
+    def make(self, folder=None):
+        return subprocess.run([sys.executable, str(MAKE_ICNS), str(folder or self.folder), str(self.icon)],
                               capture_output=True, text=True, check=False)
 
     def entries(self):
@@ -85,6 +85,11 @@ class Icon(unittest.TestCase):
         found = {kind: struct.unpack(">I", data[16:20])[0] for kind, data in self.entries()}
         self.assertEqual({"icp4": 16, "icp5": 32, "ic11": 32, "ic07": 128, "ic09": 512, "ic14": 512},
                          found)
+
+    def test_is_made_of_the_programs_own_pictures(self):
+        self.assertEqual("", self.make(ROOT / "Packaging" / "icons" / "png").stderr)
+        found = {kind for kind, _ in self.entries()}
+        self.assertLessEqual({"icp4", "ic11", "ic07", "ic13", "ic14"}, found)
 
     def test_is_refused_with_a_picture_of_another_size(self):
         (self.folder / "32.png").write_bytes(picture(32, 31))

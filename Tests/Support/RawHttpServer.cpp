@@ -1,6 +1,7 @@
 #include "Tests/Support/RawHttpServer.hpp"
 
 #include <arpa/inet.h>
+#include <fcntl.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <openssl/err.h>
@@ -27,6 +28,20 @@ constexpr std::chrono::seconds patience{20};
 
 void check(bool isDone, const char* what) {
   if (!isDone) throw std::system_error(errno, std::generic_category(), what);
+}
+
+// Not for programs that a test starts. In a call of its own, since macOS has no other way.
+int closedOnExec(int socket) {
+  ::fcntl(socket, F_SETFD, FD_CLOEXEC);
+  return socket;
+}
+
+sockaddr_in loopback(std::uint16_t port) {
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  address.sin_port = htons(port);
+  return address;
 }
 
 // The length of the body that follows these headers.
@@ -118,7 +133,7 @@ std::string RawHttpServer::Connection::readRequest() {
 bool RawHttpServer::Connection::write(std::string_view bytes) {
   while (!bytes.empty()) {
     const auto count = tls_ ? SSL_write(tls_->session, bytes.data(), static_cast<int>(bytes.size()))
-                            : ::send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+                            : ::send(socket_, bytes.data(), bytes.size(), 0);
     if (count <= 0) return false;
     bytes.remove_prefix(static_cast<std::size_t>(count));
   }
@@ -142,11 +157,9 @@ void RawHttpServer::Connection::reset() {
 RawHttpServer::RawHttpServer(Script script, std::optional<TlsIdentity> identity)
     : script_(std::move(script)) {
   if (identity) tls_ = std::make_unique<TlsContext>(*identity);
-  listener_ = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  listener_ = closedOnExec(::socket(AF_INET, SOCK_STREAM, 0));
   check(listener_ >= 0, "socket");
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  sockaddr_in address = loopback(0);
   socklen_t size = sizeof(address);
   auto* const generic = reinterpret_cast<sockaddr*>(&address);
   check(::bind(listener_, generic, size) == 0, "bind");
@@ -157,7 +170,9 @@ RawHttpServer::RawHttpServer(Script script, std::optional<TlsIdentity> identity)
 }
 
 RawHttpServer::~RawHttpServer() {
+  isEnding_ = true;
   ::shutdown(listener_, SHUT_RDWR);
+  wakeAcceptor();
   acceptor_.join();
   ::close(listener_);
   {
@@ -187,10 +202,22 @@ bool RawHttpServer::awaitClosed(int count) const {
   return changed_.wait_for(lock, patience, [&] { return closedCount_ >= count; });
 }
 
+// On Linux the shutdown did it, and nobody answers here; on macOS only a connection does.
+void RawHttpServer::wakeAcceptor() const {
+  const sockaddr_in address = loopback(port_);
+  const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
+  ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address));
+  ::close(socket);
+}
+
 void RawHttpServer::accept() {
   while (true) {
-    const int socket = ::accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
+    const int socket = closedOnExec(::accept(listener_, nullptr, nullptr));
     if (socket < 0) return;
+    if (isEnding_) {
+      ::close(socket);
+      return;
+    }
     const int noDelay = 1;
     ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &noDelay, sizeof(noDelay));
     ++connectionCount_;
@@ -201,7 +228,7 @@ void RawHttpServer::accept() {
 }
 
 void RawHttpServer::serve(int socket) {
-  sigset_t brokenPipe;  // OpenSSL writes without MSG_NOSIGNAL
+  sigset_t brokenPipe;  // a client that has gone is no reason to die
   sigemptyset(&brokenPipe);
   sigaddset(&brokenPipe, SIGPIPE);
   pthread_sigmask(SIG_BLOCK, &brokenPipe, nullptr);

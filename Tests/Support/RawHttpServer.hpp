@@ -82,6 +82,7 @@ class RawHttpServer {
  private:
   struct TlsContext;
 
+  void wakeAcceptor() const;
   void accept();
   void serve(int socket);
 
@@ -90,6 +91,7 @@ class RawHttpServer {
   int listener_ = -1;
   std::uint16_t port_ = 0;
   std::atomic<int> connectionCount_ = 0;
+  std::atomic<bool> isEnding_ = false;
   mutable std::mutex mutex_;  // of the following
   mutable std::condition_variable changed_;
   int closedCount_ = 0;
