@@ -206,7 +206,8 @@ bool RawHttpServer::awaitClosed(int count) const {
 void RawHttpServer::wakeAcceptor() const {
   const sockaddr_in address = loopback(port_);
   const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
-  ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address));
+  static_cast<void>(
+      ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)));
   ::close(socket);
 }
 
