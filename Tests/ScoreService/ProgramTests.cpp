@@ -2,16 +2,20 @@
 #include <gtest/gtest.h>
 #include <httplib.h>
 #include <poll.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <csignal>
 #include <cstddef>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "Tests/Support/Sanitizers.hpp"
 
 namespace kestrow::service {
 namespace {
@@ -69,9 +73,19 @@ class ProgramRun {
   // The exit code, once the program has ended; -1 when a signal killed it.
   int code() {
     int status = 0;
-    waitpid(std::exchange(process_, -1), &status, 0);
+    wait4(std::exchange(process_, -1), &status, 0, &usage_);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }
+
+  // Once it has ended: the processor time that it took, and the most memory that it had, in the
+  // system's unit.
+  std::chrono::duration<double> processorTime() const {
+    const auto time = [](const timeval& value) {
+      return std::chrono::seconds(value.tv_sec) + std::chrono::microseconds(value.tv_usec);
+    };
+    return time(usage_.ru_utime) + time(usage_.ru_stime);
+  }
+  double mostMemory() const { return static_cast<double>(usage_.ru_maxrss); }
 
   std::string output() const { return rest(out_); }
   std::string errors() const { return rest(err_); }
@@ -89,6 +103,7 @@ class ProgramRun {
   pid_t process_ = -1;
   int out_ = -1;
   int err_ = -1;
+  rusage usage_{};
 };
 
 const std::string fixtures = KESTROW_FIXTURES "/cricsheet/";
@@ -153,6 +168,36 @@ TEST(ScoreServiceProgram, AtAGivenClockTwoRunsAnswerAlike) {
   const std::string first = answer();
   EXPECT_EQ(first, answer());
   EXPECT_NE(first.find(R"("updatedAt":"2026-04-12T14:00:00Z")"), std::string::npos);
+}
+
+// Asks for each kind of answer, so many requests in all, and ends the service.
+void load(ProgramRun& run, int requests) {
+  httplib::Client client(run.line().substr(announcement.size()));
+  client.set_keep_alive(true);
+  for (int request = 0; request < requests; ++request) {
+    const std::array paths{"/api/matches", "/api/match?id=match-2",
+                           "/api/pro/match?id=match-1&since=3"};
+    const auto result = client.Get(paths.at(static_cast<std::size_t>(request) % paths.size()));
+    ASSERT_TRUE(result && result->status == 200) << request;
+  }
+  run.signal(SIGTERM);
+  EXPECT_EQ(run.code(), 0);
+}
+
+TEST(ScoreServiceProgram, AnswersAThousandRequestsInASecondOfOneCoreWithoutGrowing) {
+  constexpr int few = 100;
+  constexpr int many = 2100;
+  ProgramRun first({"--port", "0"});
+  load(first, few);
+  ProgramRun second({"--port", "0"});
+  load(second, many);
+  // A tenth is less than half a kilobyte for each request.
+  if (!isAddressSanitized) {
+    EXPECT_LT(second.mostMemory(), first.mostMemory() * 1.1);
+  }
+#ifdef NDEBUG
+  EXPECT_LT(second.processorTime() - first.processorTime(), std::chrono::milliseconds(many - few));
+#endif
 }
 
 }  // namespace
