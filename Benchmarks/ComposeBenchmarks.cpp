@@ -1,11 +1,11 @@
 // What it costs to turn a content into placed elements, with a measure that costs nothing.
+#include "KestrowCore/PillComposer.hpp"
+#include "KestrowCore/ScoreText.hpp"
+
 #include <benchmark/benchmark.h>
 
 #include <string>
 #include <string_view>
-
-#include "KestrowCore/PillComposer.hpp"
-#include "KestrowCore/ScoreText.hpp"
 
 namespace kestrow {
 namespace {

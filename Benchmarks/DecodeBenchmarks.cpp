@@ -1,16 +1,16 @@
 // Decoding the service's answers, beside the least it could cost (simdjson's bare parse into its
 // document, nothing read out of it) and what would be written without much thought (nlohmann parse
 // and convert). Bytes per second are of the same text.
-#include <benchmark/benchmark.h>
-#include <simdjson.h>
-
-#include <nlohmann/json.hpp>
-#include <string>
-#include <utility>
-
 #include "KestrowCore/BoomEventCoding.hpp"
 #include "KestrowCore/MatchCoding.hpp"
 #include "KestrowCore/ScoreClient.hpp"
+
+#include <benchmark/benchmark.h>
+#include <nlohmann/json.hpp>
+#include <simdjson.h>
+
+#include <string>
+#include <utility>
 
 namespace kestrow {
 

@@ -1,8 +1,8 @@
+#include "KestrowCore/KeyMomentsLog.hpp"
+
 #include <benchmark/benchmark.h>
 
 #include <vector>
-
-#include "KestrowCore/KeyMomentsLog.hpp"
 
 namespace kestrow {
 namespace {

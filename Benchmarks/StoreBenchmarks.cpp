@@ -1,5 +1,8 @@
 // Changing the state file, beside the bare system calls that keeping a small file whole takes: read
 // the old one, write the new one beside it, put it in its place.
+#include "KestrowCore/LocalStore.hpp"
+#include "Tests/Support/TemporaryFolder.hpp"
+
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -8,9 +11,6 @@
 #include <array>
 #include <cstdio>
 #include <string>
-
-#include "KestrowCore/LocalStore.hpp"
-#include "Tests/Support/TemporaryFolder.hpp"
 
 namespace kestrow {
 namespace {

@@ -1,11 +1,11 @@
 // What holds for every answer of the score service, whichever of the three it is.
 #pragma once
 
-#include <optional>
-#include <string_view>
-
 #include "Fuzzers/Fuzzer.hpp"
 #include "KestrowCore/ScoreClient.hpp"
+
+#include <optional>
+#include <string_view>
 
 namespace kestrow::fuzz {
 

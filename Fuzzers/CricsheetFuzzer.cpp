@@ -1,8 +1,4 @@
 // Match files as the score service reads and plays them.
-#include <algorithm>
-#include <string>
-#include <utility>
-
 #include "Fuzzers/Answer.hpp"
 #include "Fuzzers/Fuzzer.hpp"
 #include "Fuzzers/Shown.hpp"
@@ -10,6 +6,10 @@
 #include "KestrowCore/MatchCoding.hpp"
 #include "ScoreService/Cricsheet.hpp"
 #include "ScoreService/MatchFeed.hpp"
+
+#include <algorithm>
+#include <string>
+#include <utility>
 
 namespace {
 

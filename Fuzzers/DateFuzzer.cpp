@@ -1,13 +1,13 @@
 // Internet dates, as text and as moments.
+#include "Fuzzers/Fuzzer.hpp"
+#include "KestrowCore/Date.hpp"
+
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <chrono>
 #include <optional>
 #include <string>
-
-#include "Fuzzers/Fuzzer.hpp"
-#include "KestrowCore/Date.hpp"
 
 namespace {
 

@@ -1,16 +1,6 @@
 // Does what decoders and wordings do, on inputs of growing size that are as awkward for each as can
 // be thought of. Run under callgrind by growth_test.py, which counts the instructions: a count says
 // the same on every machine, where a clock would not.
-#include <valgrind/callgrind.h>
-
-#include <cstddef>
-#include <functional>
-#include <iostream>
-#include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
-
 #include "Fuzzers/Fuzzer.hpp"
 #include "Fuzzers/Shown.hpp"
 #include "KestrowCore/BoomEventCoding.hpp"
@@ -22,6 +12,16 @@
 #include "KestrowCore/Text.hpp"
 #include "ScoreService/Cricsheet.hpp"
 #include "ScoreService/MatchFeed.hpp"
+
+#include <valgrind/callgrind.h>
+
+#include <cstddef>
+#include <functional>
+#include <iostream>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace {
 

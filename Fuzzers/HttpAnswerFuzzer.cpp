@@ -1,5 +1,11 @@
 // HTTP answers: the input is what a server says, byte for byte, to the real client. Its first byte
 // tells how it is sent: whole or in pieces, with an orderly end or a reset.
+#include "Fuzzers/Fuzzer.hpp"
+#include "Fuzzers/Shown.hpp"
+#include "KestrowCore/RunLoop.hpp"
+#include "KestrowCore/ScoreClient.hpp"
+#include "KestrowCore/UrlSession.hpp"
+
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
@@ -14,12 +20,6 @@
 #include <string_view>
 #include <thread>
 #include <utility>
-
-#include "Fuzzers/Fuzzer.hpp"
-#include "Fuzzers/Shown.hpp"
-#include "KestrowCore/RunLoop.hpp"
-#include "KestrowCore/ScoreClient.hpp"
-#include "KestrowCore/UrlSession.hpp"
 
 namespace {
 

@@ -2,6 +2,8 @@
 // the files changed at random, the same way in every run.
 //
 // usage: fuzz-NAME [-runs=N] FOLDER...
+#include "Fuzzers/Fuzzer.hpp"
+
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -12,8 +14,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "Fuzzers/Fuzzer.hpp"
 
 namespace {
 

@@ -1,13 +1,5 @@
 #include "Fuzzers/Shown.hpp"
 
-#include <algorithm>
-#include <chrono>
-#include <functional>
-#include <span>
-#include <string_view>
-#include <variant>
-#include <vector>
-
 #include "Fuzzers/Fuzzer.hpp"
 #include "KestrowCore/BoomQueue.hpp"
 #include "KestrowCore/FollowState.hpp"
@@ -17,6 +9,14 @@
 #include "KestrowCore/PillDisplay.hpp"
 #include "KestrowCore/ScoreText.hpp"
 #include "KestrowCore/Text.hpp"
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+#include <span>
+#include <string_view>
+#include <variant>
+#include <vector>
 
 namespace kestrow::fuzz {
 namespace {

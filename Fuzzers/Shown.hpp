@@ -1,10 +1,10 @@
 // What a user would see of an answer: the texts of the pill, the picker and the log.
 #pragma once
 
-#include <string>
-
 #include "KestrowCore/BoomEvent.hpp"
 #include "KestrowCore/Match.hpp"
+
+#include <string>
 
 namespace kestrow::fuzz {
 

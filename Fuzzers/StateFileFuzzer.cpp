@@ -1,11 +1,11 @@
 // The state file, read and written by the store on a real file system.
-#include <optional>
-#include <string>
-
 #include "Fuzzers/Fuzzer.hpp"
 #include "KestrowCore/LocalStore.hpp"
 #include "KestrowCore/ScoreClient.hpp"
 #include "Tests/Support/TemporaryFolder.hpp"
+
+#include <optional>
+#include <string>
 
 namespace {
 

@@ -1,5 +1,10 @@
 // Shortening and truncation of texts that users see. The input is a status, the names of two teams
 // and their short names, separated by the byte FF.
+#include "Fuzzers/Fuzzer.hpp"
+#include "KestrowCore/PillContent.hpp"
+#include "KestrowCore/ScoreText.hpp"
+#include "KestrowCore/Text.hpp"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -8,11 +13,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "Fuzzers/Fuzzer.hpp"
-#include "KestrowCore/PillContent.hpp"
-#include "KestrowCore/ScoreText.hpp"
-#include "KestrowCore/Text.hpp"
 
 namespace {
 

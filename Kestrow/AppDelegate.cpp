@@ -1,12 +1,12 @@
 #include "Kestrow/AppDelegate.hpp"
 
-#include <algorithm>
-#include <chrono>
-#include <utility>
-
 #include "Kestrow/BoomPresentation.hpp"
 #include "KestrowCore/BoomQueue.hpp"
 #include "KestrowCore/PillContent.hpp"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
 
 namespace kestrow {
 

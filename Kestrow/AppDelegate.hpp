@@ -2,13 +2,6 @@
 // and owns render(), the one way from state to pixels.
 #pragma once
 
-#include <cstdint>
-#include <filesystem>
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "Kestrow/PanelView.hpp"
 #include "Kestrow/PillWindow.hpp"
 #include "Kestrow/Platform/Desktop.hpp"
@@ -26,6 +19,13 @@
 #include "KestrowCore/ScoreText.hpp"
 #include "KestrowCore/Subscription.hpp"
 #include "KestrowCore/Task.hpp"
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace kestrow {
 

@@ -1,15 +1,15 @@
 // An alert's form on the screen and in speech.
 #pragma once
 
-#include <string>
-#include <string_view>
-#include <utility>
-
 #include "Kestrow/PillEmphasis.hpp"
 #include "Kestrow/Platform/Desktop.hpp"
 #include "KestrowCore/BoomEvent.hpp"
 #include "KestrowCore/Customisation.hpp"
 #include "KestrowCore/PillContent.hpp"
+
+#include <string>
+#include <string_view>
+#include <utility>
 
 namespace kestrow {
 

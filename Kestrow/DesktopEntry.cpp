@@ -1,8 +1,8 @@
 #include "Kestrow/DesktopEntry.hpp"
 
-#include <cstddef>
-
 #include "KestrowCore/Text.hpp"
+
+#include <cstddef>
 
 namespace kestrow::desktop_entry {
 

@@ -1,9 +1,9 @@
 // The choice between 12 and 24 hours, which a user may make apart from the language.
 #pragma once
 
-#include <string_view>
-
 #include "KestrowCore/Text.hpp"
+
+#include <string_view>
 
 namespace kestrow {
 

@@ -1,15 +1,15 @@
 #include "Kestrow/PanelNodes.hpp"
 
+#include "KestrowCore/Customisation.hpp"
+#include "KestrowCore/PanelText.hpp"
+#include "KestrowCore/Text.hpp"
+
 #include <algorithm>
 #include <iterator>
 #include <map>
 #include <utility>
 #include <variant>
 #include <vector>
-
-#include "KestrowCore/Customisation.hpp"
-#include "KestrowCore/PanelText.hpp"
-#include "KestrowCore/Text.hpp"
 
 namespace kestrow::panel_nodes {
 

@@ -1,15 +1,15 @@
 // What the panel shows, as a tree of nodes built from plain state.
 #pragma once
 
-#include <cstddef>
-#include <optional>
-#include <string>
-#include <string_view>
-
 #include "Kestrow/Platform/PanelSurface.hpp"
 #include "KestrowCore/KeyMomentsLog.hpp"
 #include "KestrowCore/LoginItem.hpp"
 #include "KestrowCore/MatchPicker.hpp"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
 
 namespace kestrow {
 

@@ -2,13 +2,13 @@
 // the scroll place and the place where assistive technology reads.
 #pragma once
 
+#include "Kestrow/Platform/PanelSurface.hpp"
+
 #include <cstddef>
 #include <optional>
 #include <span>
 #include <string>
 #include <vector>
-
-#include "Kestrow/Platform/PanelSurface.hpp"
 
 namespace kestrow {
 

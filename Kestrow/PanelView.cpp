@@ -1,10 +1,10 @@
 #include "Kestrow/PanelView.hpp"
 
+#include "KestrowCore/Customisation.hpp"
+
 #include <algorithm>
 #include <cstddef>
 #include <utility>
-
-#include "KestrowCore/Customisation.hpp"
 
 namespace kestrow {
 

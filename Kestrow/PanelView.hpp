@@ -3,12 +3,6 @@
 // what the user does there into changes of that state.
 #pragma once
 
-#include <functional>
-#include <memory>
-#include <optional>
-#include <span>
-#include <string>
-
 #include "Kestrow/PanelNodes.hpp"
 #include "Kestrow/PillWindow.hpp"
 #include "Kestrow/Platform/Desktop.hpp"
@@ -21,6 +15,12 @@
 #include "KestrowCore/Poller.hpp"
 #include "KestrowCore/ProPoller.hpp"
 #include "KestrowCore/Subscription.hpp"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
 
 namespace kestrow {
 

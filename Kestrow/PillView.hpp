@@ -2,11 +2,6 @@
 // status dot goes. Knows nothing of windows; a surface shows it.
 #pragma once
 
-#include <functional>
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "Kestrow/PillEmphasis.hpp"
 #include "Kestrow/Platform/Canvas.hpp"
 #include "Kestrow/Platform/Desktop.hpp"
@@ -15,6 +10,11 @@
 #include "KestrowCore/PillComposer.hpp"
 #include "KestrowCore/PillContent.hpp"
 #include "KestrowCore/ScreenGeometry.hpp"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace kestrow {
 

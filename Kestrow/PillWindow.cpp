@@ -1,9 +1,9 @@
 #include "Kestrow/PillWindow.hpp"
 
+#include "KestrowCore/PillComposer.hpp"
+
 #include <utility>
 #include <vector>
-
-#include "KestrowCore/PillComposer.hpp"
 
 namespace kestrow {
 

@@ -1,10 +1,6 @@
 // Keeps the pill's window on the screen: where it is, how large, and whether it is there at all.
 #pragma once
 
-#include <functional>
-#include <memory>
-#include <optional>
-
 #include "Kestrow/PillEmphasis.hpp"
 #include "Kestrow/PillView.hpp"
 #include "Kestrow/Platform/Desktop.hpp"
@@ -13,6 +9,10 @@
 #include "KestrowCore/Customisation.hpp"
 #include "KestrowCore/PillContent.hpp"
 #include "KestrowCore/ScreenGeometry.hpp"
+
+#include <functional>
+#include <memory>
+#include <optional>
 
 namespace kestrow {
 

@@ -1,5 +1,11 @@
 #include "Kestrow/XdgAutostart.hpp"
 
+#include "Kestrow/DesktopEntry.hpp"
+#include "KestrowCore/AtomicFile.hpp"
+#include "KestrowCore/Identity.hpp"
+#include "KestrowCore/Text.hpp"
+#include "KestrowCore/UserFolders.hpp"
+
 #include <unistd.h>
 
 #include <algorithm>
@@ -8,12 +14,6 @@
 #include <string_view>
 #include <system_error>
 #include <utility>
-
-#include "Kestrow/DesktopEntry.hpp"
-#include "KestrowCore/AtomicFile.hpp"
-#include "KestrowCore/Identity.hpp"
-#include "KestrowCore/Text.hpp"
-#include "KestrowCore/UserFolders.hpp"
 
 namespace kestrow {
 

@@ -2,13 +2,13 @@
 // desktop's own settings show and may switch off.
 #pragma once
 
+#include "KestrowCore/LoginItem.hpp"
+
 #include <expected>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "KestrowCore/LoginItem.hpp"
 
 namespace kestrow {
 

@@ -1,9 +1,4 @@
 // kestrow: composes the Linux desktop and the program, and runs the event loop.
-#include <QApplication>
-#include <QDBusConnection>
-#include <QFileInfo>
-#include <memory>
-
 #include "Kestrow/AppDelegate.hpp"
 #include "Kestrow/Qt/QtDesktop.hpp"
 #include "Kestrow/Qt/QtMainThread.hpp"
@@ -12,6 +7,12 @@
 #include "Kestrow/Qt/SingleInstance.hpp"
 #include "Kestrow/XdgAutostart.hpp"
 #include "KestrowCore/UrlSession.hpp"
+
+#include <QApplication>
+#include <QDBusConnection>
+#include <QFileInfo>
+
+#include <memory>
 
 using namespace kestrow;
 

@@ -1,5 +1,7 @@
 #include "KestrowCore/AtomicFile.hpp"
 
+#include "KestrowCore/Uuid.hpp"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -9,8 +11,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <utility>
-
-#include "KestrowCore/Uuid.hpp"
 
 namespace kestrow::atomic_file {
 

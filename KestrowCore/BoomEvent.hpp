@@ -2,14 +2,14 @@
 // notable updates, and the answer of the key-event endpoint that carries them.
 #pragma once
 
+#include "KestrowCore/Date.hpp"
+#include "KestrowCore/Match.hpp"
+
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <variant>
 #include <vector>
-
-#include "KestrowCore/Date.hpp"
-#include "KestrowCore/Match.hpp"
 
 namespace kestrow {
 

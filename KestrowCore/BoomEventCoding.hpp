@@ -1,13 +1,13 @@
 // How key events and the answer that carries them travel as JSON.
 #pragma once
 
+#include "KestrowCore/BoomEvent.hpp"
+#include "KestrowCore/MatchCoding.hpp"
+
 #include <expected>
 #include <string>
 #include <string_view>
 #include <tuple>
-
-#include "KestrowCore/BoomEvent.hpp"
-#include "KestrowCore/MatchCoding.hpp"
 
 namespace kestrow {
 

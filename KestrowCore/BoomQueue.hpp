@@ -2,13 +2,13 @@
 // time comes in as an argument.
 #pragma once
 
+#include "KestrowCore/BoomEvent.hpp"
+
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
-
-#include "KestrowCore/BoomEvent.hpp"
 
 namespace kestrow {
 

@@ -1,6 +1,8 @@
 // The waits of an event loop, whatever its clock.
 #pragma once
 
+#include "KestrowCore/MainThread.hpp"
+
 #include <algorithm>
 #include <chrono>
 #include <functional>
@@ -9,8 +11,6 @@
 #include <optional>
 #include <utility>
 #include <vector>
-
-#include "KestrowCore/MainThread.hpp"
 
 namespace kestrow {
 

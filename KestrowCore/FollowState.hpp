@@ -1,14 +1,14 @@
 // Which match the user follows, and what the feed last said about it.
 #pragma once
 
+#include "KestrowCore/MainThread.hpp"
+#include "KestrowCore/Match.hpp"
+#include "KestrowCore/PillDisplay.hpp"
+
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
-
-#include "KestrowCore/MainThread.hpp"
-#include "KestrowCore/Match.hpp"
-#include "KestrowCore/PillDisplay.hpp"
 
 namespace kestrow {
 

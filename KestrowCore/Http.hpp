@@ -1,6 +1,8 @@
 // What a request and its answer are to the core, whatever carries them.
 #pragma once
 
+#include "KestrowCore/Task.hpp"
+
 #include <chrono>
 #include <expected>
 #include <functional>
@@ -8,8 +10,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "KestrowCore/Task.hpp"
 
 namespace kestrow {
 

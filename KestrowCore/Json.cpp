@@ -1,10 +1,10 @@
 #include "KestrowCore/Json.hpp"
 
+#include <nlohmann/json.hpp>
 #include <simdjson.h>
 
 #include <algorithm>
 #include <bit>
-#include <nlohmann/json.hpp>
 #include <type_traits>
 #include <utility>
 #include <vector>

@@ -15,6 +15,8 @@
 // is the one told. Unknown keys are skipped. Of a key that comes twice, the first counts.
 #pragma once
 
+#include "KestrowCore/Json.hpp"
+
 #include <algorithm>
 #include <concepts>
 #include <cstddef>
@@ -29,8 +31,6 @@
 #include <type_traits>
 #include <utility>
 #include <vector>
-
-#include "KestrowCore/Json.hpp"
 
 namespace kestrow::json {
 

@@ -1,10 +1,10 @@
 #include "KestrowCore/KeyMomentsLog.hpp"
 
+#include "KestrowCore/Text.hpp"
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
-
-#include "KestrowCore/Text.hpp"
 
 namespace kestrow {
 

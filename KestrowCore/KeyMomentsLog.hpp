@@ -1,10 +1,10 @@
 // The key moments of the followed match, one entry for each event id, and their wording.
 #pragma once
 
+#include "KestrowCore/BoomEvent.hpp"
+
 #include <string>
 #include <vector>
-
-#include "KestrowCore/BoomEvent.hpp"
 
 namespace kestrow {
 

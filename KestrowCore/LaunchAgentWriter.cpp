@@ -1,13 +1,13 @@
 #include "KestrowCore/LaunchAgentWriter.hpp"
 
+#include "KestrowCore/AtomicFile.hpp"
+#include "KestrowCore/Text.hpp"
+#include "KestrowCore/UserFolders.hpp"
+
 #include <algorithm>
 #include <string_view>
 #include <system_error>
 #include <utility>
-
-#include "KestrowCore/AtomicFile.hpp"
-#include "KestrowCore/Text.hpp"
-#include "KestrowCore/UserFolders.hpp"
 
 namespace kestrow {
 

@@ -2,12 +2,12 @@
 // login.
 #pragma once
 
+#include "KestrowCore/Identity.hpp"
+#include "KestrowCore/LoginItem.hpp"
+
 #include <expected>
 #include <filesystem>
 #include <string>
-
-#include "KestrowCore/Identity.hpp"
-#include "KestrowCore/LoginItem.hpp"
 
 namespace kestrow {
 

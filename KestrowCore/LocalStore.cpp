@@ -1,13 +1,13 @@
 #include "KestrowCore/LocalStore.hpp"
 
-#include <tuple>
-#include <utility>
-
 #include "KestrowCore/AtomicFile.hpp"
 #include "KestrowCore/Identity.hpp"
 #include "KestrowCore/JsonRecord.hpp"
 #include "KestrowCore/UserFolders.hpp"
 #include "KestrowCore/Uuid.hpp"
+
+#include <tuple>
+#include <utility>
 
 namespace kestrow {
 

@@ -1,6 +1,8 @@
 // The program's durable state: one small JSON file in the user's data folder.
 #pragma once
 
+#include "KestrowCore/Customisation.hpp"
+
 #include <cstdint>
 #include <expected>
 #include <filesystem>
@@ -10,8 +12,6 @@
 #include <optional>
 #include <string>
 #include <system_error>
-
-#include "KestrowCore/Customisation.hpp"
 
 namespace kestrow {
 

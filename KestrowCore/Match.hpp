@@ -2,13 +2,13 @@
 // matches. Plain values; how they travel as JSON is in MatchCoding.hpp.
 #pragma once
 
+#include "KestrowCore/Date.hpp"
+
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "KestrowCore/Date.hpp"
 
 namespace kestrow {
 

@@ -1,14 +1,14 @@
 // How matches and the answers that carry them travel as JSON.
 #pragma once
 
+#include "KestrowCore/JsonRecord.hpp"
+#include "KestrowCore/Match.hpp"
+
 #include <expected>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <tuple>
-
-#include "KestrowCore/JsonRecord.hpp"
-#include "KestrowCore/Match.hpp"
 
 namespace kestrow {
 

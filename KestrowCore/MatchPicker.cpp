@@ -1,11 +1,11 @@
 #include "KestrowCore/MatchPicker.hpp"
 
+#include "KestrowCore/ScoreText.hpp"
+#include "KestrowCore/Text.hpp"
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
-
-#include "KestrowCore/ScoreText.hpp"
-#include "KestrowCore/Text.hpp"
 
 namespace kestrow {
 

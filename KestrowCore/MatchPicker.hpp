@@ -1,16 +1,16 @@
 // The list of matches that the user can follow.
 #pragma once
 
+#include "KestrowCore/Match.hpp"
+#include "KestrowCore/PillDisplay.hpp"
+#include "KestrowCore/ScoreClient.hpp"
+#include "KestrowCore/Task.hpp"
+
 #include <functional>
 #include <optional>
 #include <string>
 #include <variant>
 #include <vector>
-
-#include "KestrowCore/Match.hpp"
-#include "KestrowCore/PillDisplay.hpp"
-#include "KestrowCore/ScoreClient.hpp"
-#include "KestrowCore/Task.hpp"
 
 namespace kestrow {
 

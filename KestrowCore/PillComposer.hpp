@@ -2,14 +2,14 @@
 // the camera housing. Lengths are points.
 #pragma once
 
+#include "KestrowCore/PillContent.hpp"
+
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
-
-#include "KestrowCore/PillContent.hpp"
 
 namespace kestrow {
 

@@ -1,8 +1,8 @@
 #include "KestrowCore/PillContent.hpp"
 
-#include <utility>
-
 #include "KestrowCore/Text.hpp"
+
+#include <utility>
 
 namespace kestrow {
 namespace {

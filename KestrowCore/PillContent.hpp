@@ -1,14 +1,14 @@
 // What the pill is asked to show at one moment: the score, a countdown, or an alert.
 #pragma once
 
+#include "KestrowCore/PillDisplay.hpp"
+#include "KestrowCore/ScoreText.hpp"
+
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "KestrowCore/PillDisplay.hpp"
-#include "KestrowCore/ScoreText.hpp"
 
 namespace kestrow {
 

@@ -1,10 +1,10 @@
 #include "KestrowCore/PillDisplay.hpp"
 
-#include <utility>
-
 #include "KestrowCore/FollowState.hpp"
 #include "KestrowCore/ScoreText.hpp"
 #include "KestrowCore/Text.hpp"
+
+#include <utility>
 
 namespace kestrow {
 namespace {

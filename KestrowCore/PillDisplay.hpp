@@ -1,11 +1,11 @@
 // The short texts that tell the state of the followed match. Made by FollowState::pill.
 #pragma once
 
+#include "KestrowCore/Date.hpp"
+
 #include <functional>
 #include <optional>
 #include <string>
-
-#include "KestrowCore/Date.hpp"
 
 namespace kestrow {
 

@@ -2,17 +2,17 @@
 // match's phase decides.
 #pragma once
 
-#include <cstdint>
-#include <functional>
-#include <memory>
-#include <optional>
-#include <string>
-
 #include "KestrowCore/FollowState.hpp"
 #include "KestrowCore/LocalStore.hpp"
 #include "KestrowCore/MainThread.hpp"
 #include "KestrowCore/ScoreClient.hpp"
 #include "KestrowCore/Task.hpp"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
 
 namespace kestrow {
 

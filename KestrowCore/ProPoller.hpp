@@ -2,11 +2,6 @@
 // the log and the next fixture. What happened before following began is never announced.
 #pragma once
 
-#include <cstdint>
-#include <functional>
-#include <optional>
-#include <string>
-
 #include "KestrowCore/BoomQueue.hpp"
 #include "KestrowCore/Customisation.hpp"
 #include "KestrowCore/FollowState.hpp"
@@ -15,6 +10,11 @@
 #include "KestrowCore/ScoreClient.hpp"
 #include "KestrowCore/ScoreText.hpp"
 #include "KestrowCore/Task.hpp"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
 
 namespace kestrow {
 

@@ -1,15 +1,15 @@
 // The main thread's event loop for programs without a toolkit.
 #pragma once
 
+#include "KestrowCore/DelayedActions.hpp"
+#include "KestrowCore/MainThread.hpp"
+
 #include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <functional>
 #include <memory>
 #include <mutex>
-
-#include "KestrowCore/DelayedActions.hpp"
-#include "KestrowCore/MainThread.hpp"
 
 namespace kestrow {
 

@@ -1,9 +1,9 @@
 #include "KestrowCore/ScoreClient.hpp"
 
-#include <utility>
-
 #include "KestrowCore/BoomEventCoding.hpp"
 #include "KestrowCore/MatchCoding.hpp"
+
+#include <utility>
 
 namespace kestrow {
 

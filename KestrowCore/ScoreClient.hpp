@@ -1,17 +1,17 @@
 // The HTTP client of the score service.
 #pragma once
 
+#include "KestrowCore/BoomEvent.hpp"
+#include "KestrowCore/Http.hpp"
+#include "KestrowCore/Match.hpp"
+#include "KestrowCore/Task.hpp"
+
 #include <cstdint>
 #include <expected>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
-
-#include "KestrowCore/BoomEvent.hpp"
-#include "KestrowCore/Http.hpp"
-#include "KestrowCore/Match.hpp"
-#include "KestrowCore/Task.hpp"
 
 namespace kestrow {
 

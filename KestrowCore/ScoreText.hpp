@@ -1,17 +1,17 @@
 // Wording of scores, results, start times and the wait for the next match.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-#include <optional>
-#include <string>
-#include <string_view>
-
 #include "KestrowCore/Date.hpp"
 #include "KestrowCore/MainThread.hpp"
 #include "KestrowCore/Match.hpp"
 #include "KestrowCore/PillDisplay.hpp"
 #include "KestrowCore/Text.hpp"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
 
 namespace kestrow {
 

@@ -2,12 +2,12 @@
 // Screen coordinates in points, y upwards.
 #pragma once
 
+#include "KestrowCore/Geometry.hpp"
+
 #include <functional>
 #include <optional>
 #include <span>
 #include <variant>
-
-#include "KestrowCore/Geometry.hpp"
 
 namespace kestrow {
 

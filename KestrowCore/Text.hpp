@@ -2,14 +2,14 @@
 // that are not are read as U+FFFD.
 #pragma once
 
+#include "KestrowCore/Date.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "KestrowCore/Date.hpp"
 
 namespace kestrow {
 

@@ -1,14 +1,14 @@
 // The real HTTP transport. The only file family that includes curl.
 #pragma once
 
+#include "KestrowCore/Http.hpp"
+#include "KestrowCore/MainThread.hpp"
+#include "KestrowCore/Task.hpp"
+
 #include <cstddef>
 #include <expected>
 #include <memory>
 #include <string>
-
-#include "KestrowCore/Http.hpp"
-#include "KestrowCore/MainThread.hpp"
-#include "KestrowCore/Task.hpp"
 
 namespace kestrow {
 

@@ -1,5 +1,9 @@
 #include "ScoreService/Cricsheet.hpp"
 
+#include "KestrowCore/JsonRecord.hpp"
+#include "ScoreService/ResultText.hpp"
+#include "ScoreService/Teams.hpp"
+
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -8,10 +12,6 @@
 #include <tuple>
 #include <utility>
 #include <vector>
-
-#include "KestrowCore/JsonRecord.hpp"
-#include "ScoreService/ResultText.hpp"
-#include "ScoreService/Teams.hpp"
 
 namespace kestrow::service {
 namespace {

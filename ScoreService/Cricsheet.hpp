@@ -1,11 +1,11 @@
 // Reads matches in Cricsheet's JSON format (data version 1.x).
 #pragma once
 
+#include "ScoreService/PlayedMatch.hpp"
+
 #include <expected>
 #include <string>
 #include <string_view>
-
-#include "ScoreService/PlayedMatch.hpp"
 
 namespace kestrow::service {
 

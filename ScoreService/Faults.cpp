@@ -1,11 +1,11 @@
 #include "ScoreService/Faults.hpp"
 
+#include "ScoreService/Random.hpp"
+#include "ScoreService/Text.hpp"
+
 #include <array>
 #include <cstddef>
 #include <utility>
-
-#include "ScoreService/Random.hpp"
-#include "ScoreService/Text.hpp"
 
 namespace kestrow::service {
 namespace {

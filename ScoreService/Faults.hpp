@@ -1,6 +1,8 @@
 // Faults that the service commits on request, so that a client's handling of them can be seen.
 #pragma once
 
+#include "KestrowCore/MainThread.hpp"
+
 #include <atomic>
 #include <cstdint>
 #include <expected>
@@ -9,8 +11,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "KestrowCore/MainThread.hpp"
 
 namespace kestrow::service {
 

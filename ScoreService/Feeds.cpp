@@ -1,5 +1,10 @@
 #include "ScoreService/Feeds.hpp"
 
+#include "ScoreService/Cricsheet.hpp"
+#include "ScoreService/Random.hpp"
+#include "ScoreService/Simulation.hpp"
+#include "ScoreService/Teams.hpp"
+
 #include <array>
 #include <chrono>
 #include <cstddef>
@@ -7,11 +12,6 @@
 #include <iterator>
 #include <set>
 #include <utility>
-
-#include "ScoreService/Cricsheet.hpp"
-#include "ScoreService/Random.hpp"
-#include "ScoreService/Simulation.hpp"
-#include "ScoreService/Teams.hpp"
 
 namespace kestrow::service {
 namespace {

@@ -1,15 +1,15 @@
 // The feeds that the service plays: a simulated league, or match files.
 #pragma once
 
+#include "KestrowCore/Date.hpp"
+#include "ScoreService/MatchFeed.hpp"
+#include "ScoreService/StartPoint.hpp"
+
 #include <cstdint>
 #include <expected>
 #include <filesystem>
 #include <string>
 #include <vector>
-
-#include "KestrowCore/Date.hpp"
-#include "ScoreService/MatchFeed.hpp"
-#include "ScoreService/StartPoint.hpp"
 
 namespace kestrow::service {
 

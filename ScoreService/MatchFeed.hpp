@@ -2,16 +2,16 @@
 // function of what it was made from and the time asked about; any thread may ask.
 #pragma once
 
+#include "KestrowCore/BoomEvent.hpp"
+#include "KestrowCore/Date.hpp"
+#include "KestrowCore/Match.hpp"
+#include "ScoreService/MatchScript.hpp"
+
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "KestrowCore/BoomEvent.hpp"
-#include "KestrowCore/Date.hpp"
-#include "KestrowCore/Match.hpp"
-#include "ScoreService/MatchScript.hpp"
 
 namespace kestrow::service {
 

@@ -1,10 +1,10 @@
 #include "ScoreService/MatchScript.hpp"
 
+#include "ScoreService/ResultText.hpp"
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
-
-#include "ScoreService/ResultText.hpp"
 
 namespace kestrow::service {
 namespace {

@@ -2,16 +2,16 @@
 // the match since its scheduled start.
 #pragma once
 
+#include "KestrowCore/BoomEvent.hpp"
+#include "KestrowCore/MainThread.hpp"
+#include "KestrowCore/Match.hpp"
+#include "ScoreService/PlayedMatch.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "KestrowCore/BoomEvent.hpp"
-#include "KestrowCore/MainThread.hpp"
-#include "KestrowCore/Match.hpp"
-#include "ScoreService/PlayedMatch.hpp"
 
 namespace kestrow::service {
 

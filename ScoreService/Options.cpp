@@ -1,12 +1,13 @@
 #include "ScoreService/Options.hpp"
 
+#include "ScoreService/Text.hpp"
+
 #include <CLI/CLI.hpp>
+
 #include <algorithm>
 #include <chrono>
 #include <string_view>
 #include <utility>
-
-#include "ScoreService/Text.hpp"
 
 namespace kestrow::service {
 namespace {

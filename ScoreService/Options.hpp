@@ -1,16 +1,16 @@
 // The service's command line.
 #pragma once
 
+#include "KestrowCore/Date.hpp"
+#include "ScoreService/Feeds.hpp"
+#include "ScoreService/ScoreServer.hpp"
+
 #include <cstdint>
 #include <expected>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "KestrowCore/Date.hpp"
-#include "ScoreService/Feeds.hpp"
-#include "ScoreService/ScoreServer.hpp"
 
 namespace kestrow::service {
 

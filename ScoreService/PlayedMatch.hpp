@@ -2,14 +2,14 @@
 // one from a seed, the Cricsheet reader one from a file.
 #pragma once
 
+#include "KestrowCore/BoomEvent.hpp"
+#include "KestrowCore/Match.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "KestrowCore/BoomEvent.hpp"
-#include "KestrowCore/Match.hpp"
 
 namespace kestrow::service {
 

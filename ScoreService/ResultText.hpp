@@ -1,11 +1,11 @@
 // The service's own words on a match: its result, and how a chase stands.
 #pragma once
 
+#include "ScoreService/PlayedMatch.hpp"
+
 #include <cstdint>
 #include <optional>
 #include <string>
-
-#include "ScoreService/PlayedMatch.hpp"
 
 namespace kestrow::service {
 

@@ -1,5 +1,11 @@
 #include "ScoreService/ScoreServer.hpp"
 
+#include "KestrowCore/BoomEventCoding.hpp"
+#include "KestrowCore/JsonRecord.hpp"
+#include "KestrowCore/MatchCoding.hpp"
+#include "ScoreService/Connection.hpp"
+#include "ScoreService/Text.hpp"
+
 #include <httplib.h>
 #include <sys/socket.h>
 
@@ -15,12 +21,6 @@
 #include <system_error>
 #include <thread>
 #include <utility>
-
-#include "KestrowCore/BoomEventCoding.hpp"
-#include "KestrowCore/JsonRecord.hpp"
-#include "KestrowCore/MatchCoding.hpp"
-#include "ScoreService/Connection.hpp"
-#include "ScoreService/Text.hpp"
 
 namespace kestrow::service {
 namespace {

@@ -1,15 +1,15 @@
 // Serves a feed over HTTP.
 #pragma once
 
+#include "KestrowCore/Date.hpp"
+#include "ScoreService/Faults.hpp"
+#include "ScoreService/MatchFeed.hpp"
+
 #include <cstdint>
 #include <expected>
 #include <memory>
 #include <string>
 #include <vector>
-
-#include "KestrowCore/Date.hpp"
-#include "ScoreService/Faults.hpp"
-#include "ScoreService/MatchFeed.hpp"
 
 namespace kestrow::service {
 

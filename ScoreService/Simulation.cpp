@@ -1,5 +1,8 @@
 #include "ScoreService/Simulation.hpp"
 
+#include "ScoreService/Random.hpp"
+#include "ScoreService/ResultText.hpp"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -8,9 +11,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "ScoreService/Random.hpp"
-#include "ScoreService/ResultText.hpp"
 
 namespace kestrow::service {
 namespace {

@@ -1,9 +1,9 @@
 // Plays a T20 match that never was, ball by ball, from a seed.
 #pragma once
 
-#include <cstdint>
-
 #include "ScoreService/PlayedMatch.hpp"
+
+#include <cstdint>
 
 namespace kestrow::service {
 

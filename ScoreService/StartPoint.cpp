@@ -1,8 +1,8 @@
 #include "ScoreService/StartPoint.hpp"
 
-#include <optional>
-
 #include "ScoreService/Text.hpp"
+
+#include <optional>
 
 namespace kestrow::service {
 namespace {

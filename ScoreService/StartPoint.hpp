@@ -1,13 +1,13 @@
 // Where in a match the service begins to play it.
 #pragma once
 
+#include "KestrowCore/MainThread.hpp"
+#include "ScoreService/MatchScript.hpp"
+
 #include <cstdint>
 #include <expected>
 #include <string>
 #include <string_view>
-
-#include "KestrowCore/MainThread.hpp"
-#include "ScoreService/MatchScript.hpp"
 
 namespace kestrow::service {
 

@@ -1,12 +1,12 @@
 // Teams and the short codes that they are known by.
 #pragma once
 
+#include "KestrowCore/Match.hpp"
+
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
-
-#include "KestrowCore/Match.hpp"
 
 namespace kestrow::service {
 

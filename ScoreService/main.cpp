@@ -1,11 +1,11 @@
 // kestrow-score-service: composes clock, feed and server, and waits for the signal to end.
+#include "ScoreService/Options.hpp"
+#include "ScoreService/ScoreServer.hpp"
+
 #include <csignal>
 #include <cstdio>
 #include <string>
 #include <vector>
-
-#include "ScoreService/Options.hpp"
-#include "ScoreService/ScoreServer.hpp"
 
 using namespace kestrow::service;
 

@@ -1,17 +1,16 @@
 // How long the panel takes to open and to refresh, on the display there is; "-platform offscreen"
 // does without one.
-#include <benchmark/benchmark.h>
+#include "Kestrow/PanelNodes.hpp"
+#include "Kestrow/PanelView.hpp"
+#include "Kestrow/Qt/QtPanelWindow.hpp"
 
 #include <QApplication>
+#include <benchmark/benchmark.h>
 
 #include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
-
-#include "Kestrow/PanelNodes.hpp"
-#include "Kestrow/PanelView.hpp"
-#include "Kestrow/Qt/QtPanelWindow.hpp"
 
 namespace kestrow {
 namespace {

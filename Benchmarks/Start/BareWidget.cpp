@@ -4,6 +4,7 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <QWidget>
+
 #include <utility>
 
 namespace {

@@ -1,14 +1,14 @@
 // The macOS desktop behind the program's port.
 #pragma once
 
+#include "Kestrow/AppKit/AppKitText.hpp"
+#include "Kestrow/AppKit/Application.hpp"
+#include "Kestrow/Platform/Desktop.hpp"
+
 #include <functional>
 #include <memory>
 #include <string_view>
 #include <vector>
-
-#include "Kestrow/AppKit/AppKitText.hpp"
-#include "Kestrow/AppKit/Application.hpp"
-#include "Kestrow/Platform/Desktop.hpp"
 
 namespace kestrow::appkit {
 

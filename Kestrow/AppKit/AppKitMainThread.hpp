@@ -1,10 +1,10 @@
 // The main thread as the system's main queue runs it.
 #pragma once
 
+#include "KestrowCore/MainThread.hpp"
+
 #include <functional>
 #include <memory>
-
-#include "KestrowCore/MainThread.hpp"
 
 namespace kestrow::appkit {
 

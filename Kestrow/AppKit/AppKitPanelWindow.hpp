@@ -1,13 +1,13 @@
 // The panel under AppKit: a sheet that blurs what is behind it, with the controls in a scroll view.
 #pragma once
 
-#import <AppKit/AppKit.h>
-
-#include <optional>
-
 #include "Kestrow/AppKit/EventMonitor.hpp"
 #include "Kestrow/AppKit/PanelColumn.hpp"
 #include "Kestrow/Platform/PanelSurface.hpp"
+
+#import <AppKit/AppKit.h>
+
+#include <optional>
 
 namespace kestrow::appkit {
 

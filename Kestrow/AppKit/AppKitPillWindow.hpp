@@ -2,13 +2,13 @@
 // the active one.
 #pragma once
 
+#include "Kestrow/AppKit/StatusDot.hpp"
+#include "Kestrow/Platform/PillSurface.hpp"
+
 #import <AppKit/AppKit.h>
 
 #include <memory>
 #include <optional>
-
-#include "Kestrow/AppKit/StatusDot.hpp"
-#include "Kestrow/Platform/PillSurface.hpp"
 
 @class KestrowPillView;
 

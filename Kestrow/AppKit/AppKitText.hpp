@@ -1,9 +1,9 @@
 // Colours, fonts and lines of text as AppKit draws them.
 #pragma once
 
-#import <AppKit/AppKit.h>
-
 #include "Kestrow/Platform/Canvas.hpp"
+
+#import <AppKit/AppKit.h>
 
 namespace kestrow::appkit {
 

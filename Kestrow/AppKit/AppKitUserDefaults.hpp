@@ -1,9 +1,9 @@
 // The user's switches in the standard user defaults.
 #pragma once
 
-#include <string_view>
-
 #include "Kestrow/Platform/UserDefaults.hpp"
+
+#include <string_view>
 
 namespace kestrow::appkit {
 

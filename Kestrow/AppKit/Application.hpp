@@ -1,9 +1,9 @@
 // The program as the system sees it: one without a Dock icon and a menu bar.
 #pragma once
 
-#import <AppKit/AppKit.h>
-
 #include "KestrowCore/Subscription.hpp"
+
+#import <AppKit/AppKit.h>
 
 namespace kestrow::appkit {
 

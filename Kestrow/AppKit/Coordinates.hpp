@@ -1,9 +1,9 @@
 // Rectangles between the program and AppKit. Both have the origin at the bottom left, y upwards.
 #pragma once
 
-#import <Foundation/Foundation.h>
-
 #include "KestrowCore/Geometry.hpp"
+
+#import <Foundation/Foundation.h>
 
 namespace kestrow::appkit {
 

@@ -1,9 +1,9 @@
 // Launch at login through the system's login items, which the user sees in System Settings.
 #pragma once
 
-#include <expected>
-
 #include "KestrowCore/LoginItem.hpp"
+
+#include <expected>
 
 namespace kestrow::appkit {
 

@@ -1,11 +1,11 @@
 // The system's notifications as subscriptions.
 #pragma once
 
+#include "KestrowCore/Subscription.hpp"
+
 #import <Foundation/Foundation.h>
 
 #include <functional>
-
-#include "KestrowCore/Subscription.hpp"
 
 namespace kestrow::appkit {
 

@@ -1,15 +1,15 @@
 // A box of the panel: its nodes' views one under the other.
 #pragma once
 
+#include "Kestrow/AppKit/PanelItem.hpp"
+#include "Kestrow/PanelReuse.hpp"
+
 #import <AppKit/AppKit.h>
 
 #include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
-
-#include "Kestrow/AppKit/PanelItem.hpp"
-#include "Kestrow/PanelReuse.hpp"
 
 namespace kestrow::appkit {
 

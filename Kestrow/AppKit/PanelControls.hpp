@@ -1,13 +1,13 @@
 // The panel's controls. Each reports what the user did under the id of the node that it shows.
 #pragma once
 
+#import "Kestrow/AppKit/Action.hpp"
+#include "Kestrow/AppKit/PanelItem.hpp"
+
 #import <AppKit/AppKit.h>
 
 #include <string>
 #include <vector>
-
-#import "Kestrow/AppKit/Action.hpp"
-#include "Kestrow/AppKit/PanelItem.hpp"
 
 namespace kestrow::appkit {
 

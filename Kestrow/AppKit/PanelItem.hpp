@@ -1,11 +1,11 @@
 // One node of the panel as native views.
 #pragma once
 
+#include "Kestrow/Platform/PanelSurface.hpp"
+
 #import <AppKit/AppKit.h>
 
 #include <memory>
-
-#include "Kestrow/Platform/PanelSurface.hpp"
 
 namespace kestrow::appkit {
 

@@ -2,12 +2,12 @@
 // take the keyboard from the controls.
 #pragma once
 
+#include "Kestrow/AppKit/PanelItem.hpp"
+
 #import <AppKit/AppKit.h>
 
 #include <string>
 #include <vector>
-
-#include "Kestrow/AppKit/PanelItem.hpp"
 
 namespace kestrow::appkit {
 

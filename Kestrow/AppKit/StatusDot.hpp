@@ -1,11 +1,11 @@
 // The pill's status dot as a layer. The system's compositor runs its pulse, so the program sleeps.
 #pragma once
 
+#include "Kestrow/Platform/PillSurface.hpp"
+
 #import <QuartzCore/QuartzCore.h>
 
 #include <optional>
-
-#include "Kestrow/Platform/PillSurface.hpp"
 
 namespace kestrow::appkit {
 

@@ -2,13 +2,13 @@
 // colours are sRGB. Whoever draws makes no assumption about the toolkit behind it.
 #pragma once
 
+#include "KestrowCore/Customisation.hpp"
+#include "KestrowCore/Geometry.hpp"
+
 #include <optional>
 #include <string>
 #include <variant>
 #include <vector>
-
-#include "KestrowCore/Customisation.hpp"
-#include "KestrowCore/Geometry.hpp"
 
 namespace kestrow {
 

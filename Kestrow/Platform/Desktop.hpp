@@ -1,18 +1,18 @@
 // The port for the desktop around the program: its screens, its power events, its settings.
 #pragma once
 
-#include <functional>
-#include <memory>
-#include <optional>
-#include <string_view>
-#include <vector>
-
 #include "Kestrow/Platform/Canvas.hpp"
 #include "Kestrow/Platform/PanelSurface.hpp"
 #include "Kestrow/Platform/PillSurface.hpp"
 #include "KestrowCore/Geometry.hpp"
 #include "KestrowCore/ScreenGeometry.hpp"
 #include "KestrowCore/Subscription.hpp"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <vector>
 
 namespace kestrow {
 

@@ -4,12 +4,12 @@
 // survive.
 #pragma once
 
+#include "KestrowCore/Geometry.hpp"
+
 #include <memory>
 #include <string>
 #include <variant>
 #include <vector>
-
-#include "KestrowCore/Geometry.hpp"
 
 namespace kestrow {
 

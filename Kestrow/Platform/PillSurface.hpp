@@ -2,13 +2,13 @@
 // element, and reports its click.
 #pragma once
 
-#include <memory>
-#include <optional>
-#include <string>
-
 #include "Kestrow/Platform/Canvas.hpp"
 #include "KestrowCore/Geometry.hpp"
 #include "KestrowCore/MainThread.hpp"
+
+#include <memory>
+#include <optional>
+#include <string>
 
 namespace kestrow {
 

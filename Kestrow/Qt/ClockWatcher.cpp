@@ -1,9 +1,9 @@
 #include "Kestrow/Qt/ClockWatcher.hpp"
 
+#include <QFileInfo>
 #include <sys/timerfd.h>
 #include <unistd.h>
 
-#include <QFileInfo>
 #include <cerrno>
 #include <cstdint>
 #include <limits>

@@ -1,6 +1,8 @@
 // Notices when the wall clock is set and when the time zone changes.
 #pragma once
 
+#include "KestrowCore/Subscription.hpp"
+
 #include <QDateTime>
 #include <QFileSystemWatcher>
 #include <QObject>
@@ -8,8 +10,6 @@
 #include <QString>
 
 #include <memory>
-
-#include "KestrowCore/Subscription.hpp"
 
 namespace kestrow::qt {
 

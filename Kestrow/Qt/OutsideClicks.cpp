@@ -7,7 +7,6 @@
 #include <QSocketNotifier>
 #include <QWidget>
 #include <QWindow>
-
 #include <xcb/xcb.h>
 #include <xcb/xinput.h>
 

@@ -1,17 +1,18 @@
 #include "Kestrow/Qt/PanelColumn.hpp"
 
-#include <QAbstractButton>
-#include <algorithm>
-#include <cmath>
-#include <utility>
-#include <variant>
-
 #include "Kestrow/Qt/PanelControls.hpp"
 #include "Kestrow/Qt/PanelLog.hpp"
 #include "Kestrow/Qt/PanelLook.hpp"
 #include "Kestrow/Qt/PanelPopUpRow.hpp"
 #include "Kestrow/Qt/PanelRows.hpp"
 #include "Kestrow/Qt/WrappedText.hpp"
+
+#include <QAbstractButton>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+#include <variant>
 
 namespace kestrow::qt {
 

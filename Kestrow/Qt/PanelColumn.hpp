@@ -1,11 +1,12 @@
 // A box of the panel: its nodes' controls one under the other.
 #pragma once
 
-#include <QWidget>
-#include <vector>
-
 #include "Kestrow/PanelReuse.hpp"
 #include "Kestrow/Qt/PanelItem.hpp"
+
+#include <QWidget>
+
+#include <vector>
 
 namespace kestrow::qt {
 

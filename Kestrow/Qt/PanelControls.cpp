@@ -1,12 +1,13 @@
 #include "Kestrow/Qt/PanelControls.hpp"
 
-#include <QFontMetrics>
-#include <QPainter>
-#include <algorithm>
-#include <variant>
-
 #include "Kestrow/Qt/PanelLook.hpp"
 #include "Kestrow/Qt/WrappedText.hpp"
+
+#include <QFontMetrics>
+#include <QPainter>
+
+#include <algorithm>
+#include <variant>
 
 namespace kestrow::qt {
 

@@ -3,13 +3,13 @@
 // accessibility to the widget it derives from.
 #pragma once
 
+#include "Kestrow/Qt/PanelItem.hpp"
+
 #include <QLabel>
 #include <QPushButton>
 #include <QString>
 
 #include <string>
-
-#include "Kestrow/Qt/PanelItem.hpp"
 
 namespace kestrow::qt {
 

@@ -1,10 +1,10 @@
 // One node of the panel as a control.
 #pragma once
 
+#include "Kestrow/Platform/PanelSurface.hpp"
+
 #include <QMargins>
 #include <QWidget>
-
-#include "Kestrow/Platform/PanelSurface.hpp"
 
 namespace kestrow::qt {
 

@@ -1,16 +1,17 @@
 #include "Kestrow/Qt/PanelLog.hpp"
 
+#include "Kestrow/Qt/PanelLook.hpp"
+#include "Kestrow/Qt/WrappedText.hpp"
+
 #include <QAccessible>
 #include <QFontMetricsF>
 #include <QHash>
 #include <QPaintEvent>
 #include <QPainter>
+
 #include <algorithm>
 #include <cmath>
 #include <variant>
-
-#include "Kestrow/Qt/PanelLook.hpp"
-#include "Kestrow/Qt/WrappedText.hpp"
 
 namespace kestrow::qt {
 

@@ -2,12 +2,13 @@
 // in sight. A widget for each line would make a long log slow to open and to move.
 #pragma once
 
+#include "Kestrow/Qt/PanelItem.hpp"
+
 #include <QFont>
 #include <QString>
 #include <QWidget>
-#include <vector>
 
-#include "Kestrow/Qt/PanelItem.hpp"
+#include <vector>
 
 namespace kestrow::qt {
 

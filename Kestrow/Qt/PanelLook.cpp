@@ -1,9 +1,9 @@
 #include "Kestrow/Qt/PanelLook.hpp"
 
+#include "Kestrow/Qt/QtText.hpp"
+
 #include <QPainterPath>
 #include <QPen>
-
-#include "Kestrow/Qt/QtText.hpp"
 
 namespace kestrow::qt::panel_look {
 

@@ -1,14 +1,14 @@
 // The panel's colours, fonts and measures, and the few shapes that its controls are drawn with.
 #pragma once
 
+#include "Kestrow/Platform/Canvas.hpp"
+
 #include <QColor>
 #include <QFont>
 #include <QPainter>
 #include <QPalette>
 #include <QRectF>
 #include <QWidget>
-
-#include "Kestrow/Platform/Canvas.hpp"
 
 namespace kestrow::qt::panel_look {
 

@@ -1,5 +1,10 @@
 #include "Kestrow/Qt/PanelPopUpRow.hpp"
 
+#include "Kestrow/Qt/PanelLook.hpp"
+#include "Kestrow/Qt/PanelScrollBar.hpp"
+#include "Kestrow/Qt/WrappedText.hpp"
+#include "Kestrow/Qt/X11Window.hpp"
+
 #include <QAccessible>
 #include <QListView>
 #include <QPainter>
@@ -7,13 +12,9 @@
 #include <QStringList>
 #include <QStyleFactory>
 #include <QWheelEvent>
+
 #include <algorithm>
 #include <variant>
-
-#include "Kestrow/Qt/PanelLook.hpp"
-#include "Kestrow/Qt/PanelScrollBar.hpp"
-#include "Kestrow/Qt/WrappedText.hpp"
-#include "Kestrow/Qt/X11Window.hpp"
 
 namespace kestrow::qt {
 

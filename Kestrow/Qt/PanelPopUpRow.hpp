@@ -1,11 +1,11 @@
 // A labelled pop-up button with its list.
 #pragma once
 
+#include "Kestrow/Qt/PanelItem.hpp"
+
 #include <QComboBox>
 #include <QLabel>
 #include <QStyledItemDelegate>
-
-#include "Kestrow/Qt/PanelItem.hpp"
 
 namespace kestrow::qt {
 

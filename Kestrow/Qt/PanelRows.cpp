@@ -1,13 +1,13 @@
 #include "Kestrow/Qt/PanelRows.hpp"
 
+#include "Kestrow/Qt/PanelLook.hpp"
+#include "Kestrow/Qt/WrappedText.hpp"
+
 #include <QAbstractButton>
 #include <QFontMetrics>
 
 #include <utility>
 #include <variant>
-
-#include "Kestrow/Qt/PanelLook.hpp"
-#include "Kestrow/Qt/WrappedText.hpp"
 
 namespace kestrow::qt {
 

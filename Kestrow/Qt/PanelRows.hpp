@@ -1,6 +1,8 @@
 // The panel's rows with a mark: the matches' radio buttons and the preferences' check boxes.
 #pragma once
 
+#include "Kestrow/Qt/PanelItem.hpp"
+
 #include <QCheckBox>
 #include <QKeyEvent>
 #include <QMargins>
@@ -10,8 +12,6 @@
 #include <QString>
 
 #include <string>
-
-#include "Kestrow/Qt/PanelItem.hpp"
 
 namespace kestrow::qt {
 

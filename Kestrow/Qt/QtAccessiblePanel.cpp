@@ -1,5 +1,11 @@
 #include "Kestrow/Qt/QtAccessiblePanel.hpp"
 
+#include "Kestrow/Qt/PanelColumn.hpp"
+#include "Kestrow/Qt/PanelControls.hpp"
+#include "Kestrow/Qt/PanelLog.hpp"
+#include "Kestrow/Qt/PanelRows.hpp"
+#include "Kestrow/Qt/QtPanelWindow.hpp"
+
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QAccessibleWidget>
@@ -8,12 +14,6 @@
 #include <QStringList>
 
 #include <map>
-
-#include "Kestrow/Qt/PanelColumn.hpp"
-#include "Kestrow/Qt/PanelControls.hpp"
-#include "Kestrow/Qt/PanelLog.hpp"
-#include "Kestrow/Qt/PanelRows.hpp"
-#include "Kestrow/Qt/QtPanelWindow.hpp"
 
 namespace kestrow::qt {
 

@@ -1,11 +1,11 @@
 #include "Kestrow/Qt/QtAccessiblePill.hpp"
 
+#include "Kestrow/Qt/QtPillWindow.hpp"
+
 #include <QAccessible>
 #include <QAccessibleWidget>
 #include <QString>
 #include <QStringList>
-
-#include "Kestrow/Qt/QtPillWindow.hpp"
 
 namespace kestrow::qt {
 

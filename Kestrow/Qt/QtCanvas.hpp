@@ -1,11 +1,11 @@
 // The canvas on a QPainter. Turns the y axis; draws crisply at every scale.
 #pragma once
 
-#include <QPainter>
-#include <QPainterPath>
-
 #include "Kestrow/Platform/Canvas.hpp"
 #include "Kestrow/Qt/QtText.hpp"
+
+#include <QPainter>
+#include <QPainterPath>
 
 namespace kestrow::qt {
 

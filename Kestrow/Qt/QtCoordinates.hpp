@@ -2,12 +2,12 @@
 // first screen, y upwards; Qt from a top left corner, y downwards. Both count in points.
 #pragma once
 
+#include "KestrowCore/Geometry.hpp"
+
 #include <QPoint>
 #include <QRect>
 #include <QRectF>
 #include <QSize>
-
-#include "KestrowCore/Geometry.hpp"
 
 namespace kestrow::qt {
 

@@ -1,15 +1,15 @@
 #include "Kestrow/Qt/QtDesktop.hpp"
 
-#include <syslog.h>
-
-#include <QApplication>
-#include <QDBusConnection>
-#include <utility>
-
 #include "Kestrow/Qt/Announcer.hpp"
 #include "Kestrow/Qt/QtAccessiblePanel.hpp"
 #include "Kestrow/Qt/QtAccessiblePill.hpp"
 #include "Kestrow/Qt/QtPanelWindow.hpp"
+
+#include <QApplication>
+#include <QDBusConnection>
+#include <syslog.h>
+
+#include <utility>
 
 namespace kestrow::qt {
 

@@ -1,13 +1,6 @@
 // The Linux desktop: X11 through Qt, and the services on the session and system buses.
 #pragma once
 
-#include <QPointer>
-
-#include <functional>
-#include <memory>
-#include <string_view>
-#include <vector>
-
 #include "Kestrow/Platform/Desktop.hpp"
 #include "Kestrow/Qt/ClockWatcher.hpp"
 #include "Kestrow/Qt/QtPillWindow.hpp"
@@ -17,6 +10,13 @@
 #include "Kestrow/Qt/SessionWatcher.hpp"
 #include "Kestrow/Qt/SingleInstance.hpp"
 #include "Kestrow/Qt/SleepWatcher.hpp"
+
+#include <QPointer>
+
+#include <functional>
+#include <memory>
+#include <string_view>
+#include <vector>
 
 namespace kestrow::qt {
 

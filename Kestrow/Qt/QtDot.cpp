@@ -1,11 +1,11 @@
 #include "Kestrow/Qt/QtDot.hpp"
 
+#include "Kestrow/Qt/QtText.hpp"
+
 #include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <utility>
-
-#include "Kestrow/Qt/QtText.hpp"
 
 namespace kestrow::qt {
 

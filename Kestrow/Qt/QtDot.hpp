@@ -2,6 +2,8 @@
 // else and runs only while somebody can see it.
 #pragma once
 
+#include "Kestrow/Platform/PillSurface.hpp"
+
 #include <QEasingCurve>
 #include <QElapsedTimer>
 #include <QImage>
@@ -11,8 +13,6 @@
 
 #include <functional>
 #include <optional>
-
-#include "Kestrow/Platform/PillSurface.hpp"
 
 namespace kestrow::qt {
 

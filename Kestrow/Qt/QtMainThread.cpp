@@ -1,12 +1,13 @@
 #include "Kestrow/Qt/QtMainThread.hpp"
 
+#include "KestrowCore/DelayedActions.hpp"
+
 #include <QMetaObject>
 #include <QTimer>
+
 #include <algorithm>
 #include <chrono>
 #include <utility>
-
-#include "KestrowCore/DelayedActions.hpp"
 
 namespace kestrow::qt {
 namespace {

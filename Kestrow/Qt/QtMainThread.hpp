@@ -1,12 +1,12 @@
 // The main thread as Qt's event loop runs it.
 #pragma once
 
+#include "KestrowCore/MainThread.hpp"
+
 #include <QObject>
 
 #include <functional>
 #include <memory>
-
-#include "KestrowCore/MainThread.hpp"
 
 namespace kestrow::qt {
 

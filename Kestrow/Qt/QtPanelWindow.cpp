@@ -1,5 +1,10 @@
 #include "Kestrow/Qt/QtPanelWindow.hpp"
 
+#include "Kestrow/PanelKeys.hpp"
+#include "Kestrow/Qt/PanelLog.hpp"
+#include "Kestrow/Qt/PanelLook.hpp"
+#include "Kestrow/Qt/QtCoordinates.hpp"
+
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -9,11 +14,6 @@
 #include <QScreen>
 
 #include <algorithm>
-
-#include "Kestrow/PanelKeys.hpp"
-#include "Kestrow/Qt/PanelLog.hpp"
-#include "Kestrow/Qt/PanelLook.hpp"
-#include "Kestrow/Qt/QtCoordinates.hpp"
 
 namespace kestrow::qt {
 

@@ -1,18 +1,18 @@
 // The panel's window under Qt: a rounded, dark sheet with the controls in a scroll area.
 #pragma once
 
+#include "Kestrow/Platform/PanelSurface.hpp"
+#include "Kestrow/Qt/OutsideClicks.hpp"
+#include "Kestrow/Qt/PanelColumn.hpp"
+#include "Kestrow/Qt/PanelScrollBar.hpp"
+#include "Kestrow/Qt/X11Window.hpp"
+
 #include <QPointer>
 #include <QScrollArea>
 #include <QWidget>
 
 #include <memory>
 #include <optional>
-
-#include "Kestrow/Platform/PanelSurface.hpp"
-#include "Kestrow/Qt/OutsideClicks.hpp"
-#include "Kestrow/Qt/PanelColumn.hpp"
-#include "Kestrow/Qt/PanelScrollBar.hpp"
-#include "Kestrow/Qt/X11Window.hpp"
 
 namespace kestrow::qt {
 

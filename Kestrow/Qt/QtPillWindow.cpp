@@ -1,5 +1,8 @@
 #include "Kestrow/Qt/QtPillWindow.hpp"
 
+#include "Kestrow/Qt/QtCanvas.hpp"
+#include "Kestrow/Qt/QtCoordinates.hpp"
+
 #include <QBackingStore>
 #include <QEasingCurve>
 #include <QGuiApplication>
@@ -10,9 +13,6 @@
 #include <QWindow>
 
 #include <chrono>
-
-#include "Kestrow/Qt/QtCanvas.hpp"
-#include "Kestrow/Qt/QtCoordinates.hpp"
 
 namespace kestrow::qt {
 

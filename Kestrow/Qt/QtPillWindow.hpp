@@ -4,16 +4,16 @@
 // it the window is a plain one that the compositor places.
 #pragma once
 
+#include "Kestrow/Platform/PillSurface.hpp"
+#include "Kestrow/Qt/QtDot.hpp"
+#include "Kestrow/Qt/X11Window.hpp"
+
 #include <QImage>
 #include <QVariantAnimation>
 #include <QWidget>
 
 #include <memory>
 #include <optional>
-
-#include "Kestrow/Platform/PillSurface.hpp"
-#include "Kestrow/Qt/QtDot.hpp"
-#include "Kestrow/Qt/X11Window.hpp"
 
 namespace kestrow::qt {
 

@@ -1,13 +1,13 @@
 #include "Kestrow/Qt/QtProgram.hpp"
 
+#include "Kestrow/Qt/SingleInstance.hpp"
+#include "KestrowCore/FreedMemory.hpp"
+
 #include <QApplication>
 #include <QByteArray>
 #include <QFile>
 #include <QFileInfo>
 #include <QString>
-
-#include "Kestrow/Qt/SingleInstance.hpp"
-#include "KestrowCore/FreedMemory.hpp"
 
 namespace kestrow::qt {
 namespace {

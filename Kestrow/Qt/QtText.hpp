@@ -2,6 +2,8 @@
 // light behind the text.
 #pragma once
 
+#include "Kestrow/Platform/Canvas.hpp"
+
 #include <QColor>
 #include <QFont>
 #include <QImage>
@@ -10,8 +12,6 @@
 #include <QTextLayout>
 
 #include <vector>
-
-#include "Kestrow/Platform/Canvas.hpp"
 
 namespace kestrow::qt {
 

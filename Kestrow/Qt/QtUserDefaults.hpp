@@ -1,11 +1,11 @@
 // The user's switches in the settings file that the desktop's programs use.
 #pragma once
 
+#include "Kestrow/Platform/UserDefaults.hpp"
+
 #include <QSettings>
 
 #include <string_view>
-
-#include "Kestrow/Platform/UserDefaults.hpp"
 
 namespace kestrow::qt {
 

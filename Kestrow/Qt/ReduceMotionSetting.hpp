@@ -1,6 +1,8 @@
 // The desktop's own setting for less motion.
 #pragma once
 
+#include "KestrowCore/Subscription.hpp"
+
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
@@ -10,8 +12,6 @@
 
 #include <map>
 #include <utility>
-
-#include "KestrowCore/Subscription.hpp"
 
 namespace kestrow::qt {
 

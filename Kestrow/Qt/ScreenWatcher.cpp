@@ -1,11 +1,12 @@
 #include "Kestrow/Qt/ScreenWatcher.hpp"
 
-#include <QGuiApplication>
-#include <utility>
-
 #include "Kestrow/Qt/QtCoordinates.hpp"
 #include "Kestrow/Qt/WorkArea.hpp"
 #include "Kestrow/Qt/X11.hpp"
+
+#include <QGuiApplication>
+
+#include <utility>
 
 namespace kestrow::qt {
 namespace {

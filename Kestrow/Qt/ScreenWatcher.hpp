@@ -1,6 +1,9 @@
 // The screens as Qt and the desktop tell them, and when they change.
 #pragma once
 
+#include "Kestrow/Platform/Desktop.hpp"
+#include "KestrowCore/Subscription.hpp"
+
 #include <QAbstractNativeEventFilter>
 #include <QByteArray>
 #include <QObject>
@@ -9,9 +12,6 @@
 
 #include <cstdint>
 #include <vector>
-
-#include "Kestrow/Platform/Desktop.hpp"
-#include "KestrowCore/Subscription.hpp"
 
 namespace kestrow::qt {
 

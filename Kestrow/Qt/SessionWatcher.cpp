@@ -1,15 +1,15 @@
 #include "Kestrow/Qt/SessionWatcher.hpp"
 
-#include <xcb/screensaver.h>
+#include "Kestrow/Qt/X11.hpp"
 
 #include <QCoreApplication>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
-#include <utility>
+#include <xcb/screensaver.h>
 
-#include "Kestrow/Qt/X11.hpp"
+#include <utility>
 
 namespace kestrow::qt {
 namespace {

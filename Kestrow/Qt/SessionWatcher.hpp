@@ -2,6 +2,8 @@
 // switched off.
 #pragma once
 
+#include "KestrowCore/Subscription.hpp"
+
 #include <QAbstractNativeEventFilter>
 #include <QByteArray>
 #include <QDBusConnection>
@@ -9,8 +11,6 @@
 #include <QString>
 #include <QStringList>
 #include <QVariantMap>
-
-#include "KestrowCore/Subscription.hpp"
 
 namespace kestrow::qt {
 

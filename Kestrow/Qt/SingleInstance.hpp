@@ -1,15 +1,15 @@
 // One Kestrow for each session: a second one asks the first to come forward.
 #pragma once
 
+#include "KestrowCore/Identity.hpp"
+#include "KestrowCore/Subscription.hpp"
+
 #include <QDBusConnection>
 #include <QObject>
 #include <QString>
 #include <QStringList>
 #include <QVariantList>
 #include <QVariantMap>
-
-#include "KestrowCore/Identity.hpp"
-#include "KestrowCore/Subscription.hpp"
 
 namespace kestrow::qt {
 

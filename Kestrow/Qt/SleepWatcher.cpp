@@ -1,6 +1,7 @@
 #include "Kestrow/Qt/SleepWatcher.hpp"
 
 #include <QString>
+
 #include <chrono>
 
 namespace kestrow::qt {

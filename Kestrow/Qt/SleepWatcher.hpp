@@ -1,11 +1,11 @@
 // Hears from the system's login service when the machine is about to sleep and when it woke.
 #pragma once
 
+#include "KestrowCore/Subscription.hpp"
+
 #include <QDBusConnection>
 #include <QObject>
 #include <QTimer>
-
-#include "KestrowCore/Subscription.hpp"
 
 namespace kestrow::qt {
 

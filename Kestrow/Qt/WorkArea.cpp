@@ -1,12 +1,12 @@
 #include "Kestrow/Qt/WorkArea.hpp"
 
+#include "Kestrow/Qt/X11.hpp"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
-
-#include "Kestrow/Qt/X11.hpp"
 
 namespace kestrow::qt {
 namespace {

@@ -3,6 +3,7 @@
 #include <QFontMetricsF>
 #include <QTextLayout>
 #include <QTextOption>
+
 #include <cmath>
 
 namespace kestrow::qt {

@@ -1,7 +1,8 @@
 #include "Kestrow/Qt/X11Window.hpp"
 
-#include <QGuiApplication>
+#include "Kestrow/Qt/X11.hpp"
 
+#include <QGuiApplication>
 #include <xcb/shape.h>
 #include <xcb/xfixes.h>
 
@@ -9,8 +10,6 @@
 #include <span>
 #include <utility>
 #include <vector>
-
-#include "Kestrow/Qt/X11.hpp"
 
 namespace kestrow::qt {
 

@@ -9,11 +9,11 @@
 #include <sys/inotify.h>
 #endif
 
+#include "Tests/Support/TemporaryFolder.hpp"
+
 #include <array>
 #include <csignal>
 #include <vector>
-
-#include "Tests/Support/TemporaryFolder.hpp"
 
 namespace kestrow {
 namespace {

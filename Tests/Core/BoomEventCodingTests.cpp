@@ -1,10 +1,9 @@
 #include "KestrowCore/BoomEventCoding.hpp"
+#include "Tests/Support/RandomRecords.hpp"
 
 #include <gtest/gtest.h>
 
 #include <string>
-
-#include "Tests/Support/RandomRecords.hpp"
 
 namespace kestrow {
 namespace {

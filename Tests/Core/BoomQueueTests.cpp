@@ -1,4 +1,5 @@
 #include "KestrowCore/BoomQueue.hpp"
+#include "Tests/Support/Records.hpp"
 
 #include <gmock/gmock.h>
 
@@ -6,8 +7,6 @@
 #include <limits>
 #include <random>
 #include <set>
-
-#include "Tests/Support/Records.hpp"
 
 namespace kestrow {
 namespace {

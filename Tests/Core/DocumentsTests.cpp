@@ -1,15 +1,15 @@
 // The examples in the documents for people who write a score service, or look into the state file:
 // what they show is what the program reads.
+#include "KestrowCore/BoomEventCoding.hpp"
+#include "KestrowCore/LocalStore.hpp"
+#include "KestrowCore/MatchCoding.hpp"
+#include "Tests/Support/TemporaryFolder.hpp"
+
 #include <gtest/gtest.h>
 
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "KestrowCore/BoomEventCoding.hpp"
-#include "KestrowCore/LocalStore.hpp"
-#include "KestrowCore/MatchCoding.hpp"
-#include "Tests/Support/TemporaryFolder.hpp"
 
 namespace kestrow {
 namespace {

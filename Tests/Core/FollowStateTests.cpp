@@ -1,10 +1,9 @@
 #include "KestrowCore/FollowState.hpp"
+#include "Tests/Support/Records.hpp"
 
 #include <gmock/gmock.h>
 
 #include <limits>
-
-#include "Tests/Support/Records.hpp"
 
 namespace kestrow {
 namespace {

@@ -6,10 +6,10 @@
 #include <malloc.h>
 #endif
 
+#include "Tests/Support/Sanitizers.hpp"
+
 #include <cstddef>
 #include <memory>
-
-#include "Tests/Support/Sanitizers.hpp"
 
 namespace kestrow {
 namespace {

@@ -1,21 +1,6 @@
 // A score service that has turned hostile, or broken, from the socket to the pill's texts: what it
 // says wrongly counts as a missed poll, what it says oddly is shown as plain text, and the next
 // good answer is shown.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <sys/resource.h>
-
-#include <chrono>
-#include <cstddef>
-#include <memory>
-#include <mutex>
-#include <optional>
-#include <string>
-#include <string_view>
-#include <utility>
-#include <variant>
-#include <vector>
-
 #include "KestrowCore/LocalStore.hpp"
 #include "KestrowCore/MatchCoding.hpp"
 #include "KestrowCore/MatchPicker.hpp"
@@ -31,6 +16,21 @@
 #include "Tests/Support/Records.hpp"
 #include "Tests/Support/TemporaryFolder.hpp"
 #include "Tests/Support/TlsIdentity.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <chrono>
+#include <cstddef>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
 
 namespace kestrow {
 namespace {

@@ -1,13 +1,12 @@
+#include "KestrowCore/BoomQueue.hpp"
 #include "KestrowCore/KeyMomentsLog.hpp"
+#include "Tests/Support/Records.hpp"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <map>
 #include <random>
-
-#include "KestrowCore/BoomQueue.hpp"
-#include "Tests/Support/Records.hpp"
 
 namespace kestrow {
 namespace {

@@ -1,11 +1,10 @@
 #include "KestrowCore/LaunchAgentWriter.hpp"
+#include "Tests/Support/Environment.hpp"
+#include "Tests/Support/TemporaryFolder.hpp"
 
 #include <gmock/gmock.h>
 
 #include <cstdlib>
-
-#include "Tests/Support/Environment.hpp"
-#include "Tests/Support/TemporaryFolder.hpp"
 
 namespace kestrow {
 namespace {

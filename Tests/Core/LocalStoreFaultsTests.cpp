@@ -1,6 +1,7 @@
 // The file system fails, or changes under the store: what was saved stays whole, nothing hangs, and
 // the next save that can succeed does.
 #include "KestrowCore/LocalStore.hpp"
+#include "Tests/Support/TemporaryFolder.hpp"
 
 #include <gmock/gmock.h>
 #include <grp.h>
@@ -12,8 +13,6 @@
 #include <csignal>
 #include <filesystem>
 #include <string>
-
-#include "Tests/Support/TemporaryFolder.hpp"
 
 namespace kestrow {
 namespace {

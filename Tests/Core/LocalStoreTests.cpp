@@ -1,4 +1,6 @@
 #include "KestrowCore/LocalStore.hpp"
+#include "Tests/Support/Environment.hpp"
+#include "Tests/Support/TemporaryFolder.hpp"
 
 #include <gmock/gmock.h>
 #include <signal.h>
@@ -11,9 +13,6 @@
 #include <set>
 #include <thread>
 #include <vector>
-
-#include "Tests/Support/Environment.hpp"
-#include "Tests/Support/TemporaryFolder.hpp"
 
 namespace kestrow {
 namespace {

@@ -1,4 +1,6 @@
+#include "KestrowCore/LaunchAgentWriter.hpp"
 #include "KestrowCore/LoginItem.hpp"
+#include "Tests/Support/TemporaryFolder.hpp"
 
 #include <gmock/gmock.h>
 
@@ -6,9 +8,6 @@
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "KestrowCore/LaunchAgentWriter.hpp"
-#include "Tests/Support/TemporaryFolder.hpp"
 
 namespace kestrow {
 namespace {

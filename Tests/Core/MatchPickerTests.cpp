@@ -1,8 +1,7 @@
 #include "KestrowCore/MatchPicker.hpp"
+#include "Tests/Support/Records.hpp"
 
 #include <gmock/gmock.h>
-
-#include "Tests/Support/Records.hpp"
 
 namespace kestrow {
 namespace {

@@ -1,4 +1,5 @@
 #include "KestrowCore/PillContent.hpp"
+#include "KestrowCore/Text.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,8 +9,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "KestrowCore/Text.hpp"
 
 namespace kestrow {
 namespace {

@@ -1,3 +1,4 @@
+#include "KestrowCore/FollowState.hpp"
 #include "KestrowCore/PillDisplay.hpp"
 
 #include <gtest/gtest.h>
@@ -6,8 +7,6 @@
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "KestrowCore/FollowState.hpp"
 
 namespace kestrow {
 namespace {

@@ -1,4 +1,14 @@
 // The poller with the real client and transport, against a server that answers when it is told to.
+#include "KestrowCore/LocalStore.hpp"
+#include "KestrowCore/MatchCoding.hpp"
+#include "KestrowCore/Poller.hpp"
+#include "KestrowCore/ScoreClient.hpp"
+#include "KestrowCore/UrlSession.hpp"
+#include "Tests/Support/ManualMainThread.hpp"
+#include "Tests/Support/RawHttpServer.hpp"
+#include "Tests/Support/Records.hpp"
+#include "Tests/Support/TemporaryFolder.hpp"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -12,16 +22,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "KestrowCore/LocalStore.hpp"
-#include "KestrowCore/MatchCoding.hpp"
-#include "KestrowCore/Poller.hpp"
-#include "KestrowCore/ScoreClient.hpp"
-#include "KestrowCore/UrlSession.hpp"
-#include "Tests/Support/ManualMainThread.hpp"
-#include "Tests/Support/RawHttpServer.hpp"
-#include "Tests/Support/Records.hpp"
-#include "Tests/Support/TemporaryFolder.hpp"
 
 namespace kestrow {
 namespace {

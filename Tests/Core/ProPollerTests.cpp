@@ -1,13 +1,12 @@
 #include "KestrowCore/ProPoller.hpp"
+#include "Tests/Support/ManualMainThread.hpp"
+#include "Tests/Support/Records.hpp"
+#include "Tests/Support/TemporaryFolder.hpp"
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
 #include <vector>
-
-#include "Tests/Support/ManualMainThread.hpp"
-#include "Tests/Support/Records.hpp"
-#include "Tests/Support/TemporaryFolder.hpp"
 
 namespace kestrow {
 namespace {

@@ -1,14 +1,13 @@
+#include "KestrowCore/BoomEventCoding.hpp"
+#include "KestrowCore/MatchCoding.hpp"
 #include "KestrowCore/ScoreClient.hpp"
+#include "Tests/Support/Records.hpp"
 
 #include <gtest/gtest.h>
 
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "KestrowCore/BoomEventCoding.hpp"
-#include "KestrowCore/MatchCoding.hpp"
-#include "Tests/Support/Records.hpp"
 
 namespace kestrow {
 namespace {

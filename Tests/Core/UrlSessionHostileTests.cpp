@@ -1,4 +1,8 @@
 // Servers that fail or mean harm.
+#include "KestrowCore/UrlSession.hpp"
+#include "Tests/Support/RawHttpServer.hpp"
+#include "Tests/Support/UrlSessionFixture.hpp"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -9,10 +13,6 @@
 #include <string>
 #include <string_view>
 #include <utility>
-
-#include "KestrowCore/UrlSession.hpp"
-#include "Tests/Support/RawHttpServer.hpp"
-#include "Tests/Support/UrlSessionFixture.hpp"
 
 namespace kestrow {
 namespace {

@@ -1,4 +1,8 @@
 // What the transport asks of the system: threads, wake-ups, name lookups.
+#include "KestrowCore/UrlSession.hpp"
+#include "Tests/Support/RawHttpServer.hpp"
+#include "Tests/Support/UrlSessionFixture.hpp"
+
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <netdb.h>
@@ -12,10 +16,6 @@
 #include <string>
 #include <string_view>
 #include <thread>
-
-#include "KestrowCore/UrlSession.hpp"
-#include "Tests/Support/RawHttpServer.hpp"
-#include "Tests/Support/UrlSessionFixture.hpp"
 
 namespace kestrow {
 namespace {

@@ -1,4 +1,7 @@
 #include "KestrowCore/UrlSession.hpp"
+#include "Tests/Support/ManualMainThread.hpp"
+#include "Tests/Support/RawHttpServer.hpp"
+#include "Tests/Support/UrlSessionFixture.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,10 +16,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "Tests/Support/ManualMainThread.hpp"
-#include "Tests/Support/RawHttpServer.hpp"
-#include "Tests/Support/UrlSessionFixture.hpp"
 
 namespace kestrow {
 namespace {

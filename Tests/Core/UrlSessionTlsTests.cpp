@@ -1,18 +1,17 @@
 // Servers behind TLS, those that can be believed and those that can't.
+#include "KestrowCore/UrlSession.hpp"
+#include "Tests/Support/RawHttpServer.hpp"
+#include "Tests/Support/TlsIdentity.hpp"
+#include "Tests/Support/UrlSessionFixture.hpp"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <unistd.h>
 
 #include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <string>
-
-#include "KestrowCore/UrlSession.hpp"
-#include "Tests/Support/RawHttpServer.hpp"
-#include "Tests/Support/TlsIdentity.hpp"
-#include "Tests/Support/UrlSessionFixture.hpp"
 
 namespace kestrow {
 namespace {

@@ -1,10 +1,9 @@
 #include "KestrowCore/UserFolders.hpp"
+#include "Tests/Support/Environment.hpp"
 
 #include <gmock/gmock.h>
 #include <pwd.h>
 #include <unistd.h>
-
-#include "Tests/Support/Environment.hpp"
 
 namespace kestrow {
 namespace {

@@ -2,12 +2,6 @@
 // for both sides in the caller's hand.
 #pragma once
 
-#include <atomic>
-#include <cstdint>
-#include <memory>
-#include <string>
-#include <vector>
-
 #include "KestrowCore/BoomEvent.hpp"
 #include "KestrowCore/Date.hpp"
 #include "KestrowCore/LocalStore.hpp"
@@ -18,6 +12,12 @@
 #include "KestrowCore/UrlSession.hpp"
 #include "ScoreService/ScoreServer.hpp"
 #include "Tests/Support/TemporaryFolder.hpp"
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
 
 namespace kestrow {
 

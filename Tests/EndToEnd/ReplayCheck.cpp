@@ -1,5 +1,10 @@
 #include "Tests/EndToEnd/ReplayCheck.hpp"
 
+#include "KestrowCore/Json.hpp"
+#include "ScoreService/Feeds.hpp"
+#include "Tests/EndToEnd/FollowedMatch.hpp"
+#include "Tests/Support/TemporaryFolder.hpp"
+
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
@@ -8,11 +13,6 @@
 #include <set>
 #include <string_view>
 #include <utility>
-
-#include "KestrowCore/Json.hpp"
-#include "ScoreService/Feeds.hpp"
-#include "Tests/EndToEnd/FollowedMatch.hpp"
-#include "Tests/Support/TemporaryFolder.hpp"
 
 namespace kestrow {
 namespace {

@@ -1,5 +1,10 @@
 #include "Tests/Gallery/PillGallery.hpp"
 
+#include "Kestrow/PillWindow.hpp"
+#include "Kestrow/Qt/QtCanvas.hpp"
+#include "Kestrow/Qt/QtDot.hpp"
+#include "Tests/Support/FakeDesktop.hpp"
+
 #include <QPainter>
 #include <QPainterPath>
 
@@ -9,11 +14,6 @@
 #include <cstdlib>
 #include <optional>
 #include <utility>
-
-#include "Kestrow/PillWindow.hpp"
-#include "Kestrow/Qt/QtCanvas.hpp"
-#include "Kestrow/Qt/QtDot.hpp"
-#include "Tests/Support/FakeDesktop.hpp"
 
 namespace kestrow::gallery {
 

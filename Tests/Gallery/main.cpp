@@ -1,12 +1,12 @@
 // Writes the gallery's pictures: "--strips FOLDER" the ones that tests compare with, "--sheet FILE"
 // the contact sheet.
+#include "Tests/Gallery/PillGallery.hpp"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QGuiApplication>
 
 #include <cstdio>
-
-#include "Tests/Gallery/PillGallery.hpp"
 
 namespace {
 

@@ -1,13 +1,4 @@
 #include "Kestrow/AppDelegate.hpp"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <memory>
-#include <string>
-#include <utility>
-
 #include "Kestrow/PanelNodes.hpp"
 #include "KestrowCore/BoomEventCoding.hpp"
 #include "KestrowCore/MatchCoding.hpp"
@@ -17,6 +8,14 @@
 #include "Tests/Support/NoLogin.hpp"
 #include "Tests/Support/Records.hpp"
 #include "Tests/Support/TemporaryFolder.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <utility>
 
 namespace kestrow {
 namespace {

@@ -1,8 +1,7 @@
 #include "Kestrow/BoomPresentation.hpp"
+#include "Tests/Support/FakeDesktop.hpp"
 
 #include <gtest/gtest.h>
-
-#include "Tests/Support/FakeDesktop.hpp"
 
 namespace kestrow {
 namespace {

@@ -1,4 +1,5 @@
 #include "Kestrow/HourCycle.hpp"
+#include "KestrowCore/Text.hpp"
 
 #include <gtest/gtest.h>
 
@@ -6,8 +7,6 @@
 #include <string>
 #include <string_view>
 #include <utility>
-
-#include "KestrowCore/Text.hpp"
 
 namespace kestrow {
 namespace {

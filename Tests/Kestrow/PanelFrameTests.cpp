@@ -1,11 +1,11 @@
 // Where the panel goes.
+#include "Kestrow/PanelView.hpp"
+#include "Tests/Support/FakeDesktop.hpp"
+
 #include <gtest/gtest.h>
 
 #include <optional>
 #include <vector>
-
-#include "Kestrow/PanelView.hpp"
-#include "Tests/Support/FakeDesktop.hpp"
 
 namespace kestrow {
 namespace {

@@ -1,12 +1,11 @@
 #include "Kestrow/PanelNodes.hpp"
+#include "KestrowCore/Customisation.hpp"
+#include "Tests/Support/Records.hpp"
 
 #include <gmock/gmock.h>
 
 #include <variant>
 #include <vector>
-
-#include "KestrowCore/Customisation.hpp"
-#include "Tests/Support/Records.hpp"
 
 namespace kestrow {
 namespace {

@@ -1,4 +1,9 @@
 #include "Kestrow/PanelView.hpp"
+#include "KestrowCore/Task.hpp"
+#include "Tests/Support/FakeDesktop.hpp"
+#include "Tests/Support/ManualMainThread.hpp"
+#include "Tests/Support/Records.hpp"
+#include "Tests/Support/TemporaryFolder.hpp"
 
 #include <gmock/gmock.h>
 
@@ -7,12 +12,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "KestrowCore/Task.hpp"
-#include "Tests/Support/FakeDesktop.hpp"
-#include "Tests/Support/ManualMainThread.hpp"
-#include "Tests/Support/Records.hpp"
-#include "Tests/Support/TemporaryFolder.hpp"
 
 namespace kestrow {
 namespace {

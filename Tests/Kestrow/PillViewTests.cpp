@@ -1,4 +1,6 @@
 #include "Kestrow/PillView.hpp"
+#include "Tests/Support/FakeDesktop.hpp"
+#include "Tests/Support/RecordingCanvas.hpp"
 
 #include <gtest/gtest.h>
 
@@ -6,9 +8,6 @@
 #include <tuple>
 #include <utility>
 #include <vector>
-
-#include "Tests/Support/FakeDesktop.hpp"
-#include "Tests/Support/RecordingCanvas.hpp"
 
 namespace kestrow {
 namespace {

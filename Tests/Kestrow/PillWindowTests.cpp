@@ -1,11 +1,10 @@
 #include "Kestrow/PillWindow.hpp"
+#include "Tests/Support/FakeDesktop.hpp"
 
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <string>
-
-#include "Tests/Support/FakeDesktop.hpp"
 
 namespace kestrow {
 namespace {

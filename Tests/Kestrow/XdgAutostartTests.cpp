@@ -1,16 +1,14 @@
 #include "Kestrow/XdgAutostart.hpp"
+#include "Tests/Support/Environment.hpp"
+#include "Tests/Support/TemporaryFolder.hpp"
 
 #include <gmock/gmock.h>
-
 #include <unistd.h>
 
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "Tests/Support/Environment.hpp"
-#include "Tests/Support/TemporaryFolder.hpp"
 
 namespace kestrow {
 namespace {

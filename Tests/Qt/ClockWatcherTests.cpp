@@ -1,15 +1,13 @@
 #include "Kestrow/Qt/ClockWatcher.hpp"
+#include "Tests/Support/TemporaryFolder.hpp"
 
 #include <QSignalSpy>
 #include <QTest>
-
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
-
-#include "Tests/Support/TemporaryFolder.hpp"
 
 namespace kestrow::qt {
 namespace {

@@ -1,14 +1,12 @@
 #include "Kestrow/Qt/PanelColumn.hpp"
-
-#include <QPointer>
-
-#include <gmock/gmock.h>
-
 #include "Kestrow/Qt/PanelControls.hpp"
 #include "Kestrow/Qt/PanelLog.hpp"
 #include "Kestrow/Qt/PanelPopUpRow.hpp"
 #include "Kestrow/Qt/PanelRows.hpp"
 #include "Tests/Qt/QtPanelFixture.hpp"
+
+#include <QPointer>
+#include <gmock/gmock.h>
 
 namespace kestrow::qt {
 namespace {

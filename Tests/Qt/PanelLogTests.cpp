@@ -1,8 +1,7 @@
 #include "Kestrow/Qt/PanelLog.hpp"
+#include "Tests/Qt/QtPanelFixture.hpp"
 
 #include <gtest/gtest.h>
-
-#include "Tests/Qt/QtPanelFixture.hpp"
 
 namespace kestrow::qt {
 namespace {

@@ -1,12 +1,10 @@
 #include "Kestrow/Qt/PanelPopUpRow.hpp"
+#include "Tests/Qt/QtPanelFixture.hpp"
 
 #include <QAbstractItemView>
 #include <QImage>
 #include <QScrollBar>
-
 #include <gmock/gmock.h>
-
-#include "Tests/Qt/QtPanelFixture.hpp"
 
 namespace kestrow::qt {
 namespace {

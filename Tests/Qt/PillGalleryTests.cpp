@@ -5,7 +5,6 @@
 #include <QDir>
 #include <QFontDatabase>
 #include <QImage>
-
 #include <gtest/gtest.h>
 
 #include <string>

@@ -1,18 +1,16 @@
+#include "Kestrow/Qt/PanelControls.hpp"
+#include "Kestrow/Qt/PanelLog.hpp"
+#include "Kestrow/Qt/PanelPopUpRow.hpp"
+#include "Kestrow/Qt/PanelRows.hpp"
 #include "Kestrow/Qt/QtAccessiblePanel.hpp"
+#include "Tests/Qt/QtPanelFixture.hpp"
 
 #include <QAccessible>
-
 #include <gmock/gmock.h>
 
 #include <map>
 #include <string>
 #include <vector>
-
-#include "Kestrow/Qt/PanelControls.hpp"
-#include "Kestrow/Qt/PanelLog.hpp"
-#include "Kestrow/Qt/PanelPopUpRow.hpp"
-#include "Kestrow/Qt/PanelRows.hpp"
-#include "Tests/Qt/QtPanelFixture.hpp"
 
 namespace kestrow::qt {
 namespace {

@@ -2,7 +2,6 @@
 
 #include <QImage>
 #include <QPainter>
-
 #include <gtest/gtest.h>
 
 #include <functional>

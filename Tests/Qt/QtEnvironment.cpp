@@ -1,7 +1,6 @@
 // The one application object of the Qt tests. They draw offscreen unless told otherwise
 // (QT_QPA_PLATFORM), at one pixel for a point.
 #include <QApplication>
-
 #include <gtest/gtest.h>
 
 #include <memory>

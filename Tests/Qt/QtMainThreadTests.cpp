@@ -1,4 +1,5 @@
 #include "Kestrow/Qt/QtMainThread.hpp"
+#include "Tests/Support/QtPrivateBus.hpp"
 
 #include <gtest/gtest.h>
 
@@ -6,8 +7,6 @@
 #include <limits>
 #include <thread>
 #include <vector>
-
-#include "Tests/Support/QtPrivateBus.hpp"
 
 namespace kestrow::qt {
 namespace {

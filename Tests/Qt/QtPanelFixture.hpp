@@ -1,19 +1,18 @@
 // A panel window with a client that writes down what it is told, and makers of content for it.
 #pragma once
 
+#include "Kestrow/Platform/PanelSurface.hpp"
+#include "Kestrow/Qt/QtAccessiblePanel.hpp"
+#include "Kestrow/Qt/QtPanelWindow.hpp"
+
 #include <QApplication>
 #include <QTest>
-
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "Kestrow/Platform/PanelSurface.hpp"
-#include "Kestrow/Qt/QtAccessiblePanel.hpp"
-#include "Kestrow/Qt/QtPanelWindow.hpp"
 
 namespace kestrow::qt {
 

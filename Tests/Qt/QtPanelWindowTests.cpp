@@ -1,4 +1,9 @@
+#include "Kestrow/Qt/PanelControls.hpp"
+#include "Kestrow/Qt/PanelLog.hpp"
+#include "Kestrow/Qt/PanelPopUpRow.hpp"
+#include "Kestrow/Qt/PanelRows.hpp"
 #include "Kestrow/Qt/QtPanelWindow.hpp"
+#include "Tests/Qt/QtPanelFixture.hpp"
 
 #include <QAbstractItemView>
 #include <QClipboard>
@@ -7,14 +12,7 @@
 #include <QLineEdit>
 #include <QScreen>
 #include <QScrollBar>
-
 #include <gmock/gmock.h>
-
-#include "Kestrow/Qt/PanelControls.hpp"
-#include "Kestrow/Qt/PanelLog.hpp"
-#include "Kestrow/Qt/PanelPopUpRow.hpp"
-#include "Kestrow/Qt/PanelRows.hpp"
-#include "Tests/Qt/QtPanelFixture.hpp"
 
 namespace kestrow::qt {
 namespace {

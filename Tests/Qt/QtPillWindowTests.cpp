@@ -1,3 +1,4 @@
+#include "Kestrow/Qt/QtAccessiblePill.hpp"
 #include "Kestrow/Qt/QtPillWindow.hpp"
 
 #include <QAccessible>
@@ -7,15 +8,12 @@
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QScreen>
-
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <memory>
 #include <set>
 #include <vector>
-
-#include "Kestrow/Qt/QtAccessiblePill.hpp"
 
 namespace kestrow::qt {
 namespace {

@@ -6,7 +6,6 @@
 #include <QImage>
 #include <QPainter>
 #include <QTextLayout>
-
 #include <gtest/gtest.h>
 
 #include <cmath>

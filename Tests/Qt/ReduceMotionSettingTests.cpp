@@ -1,16 +1,14 @@
 #include "Kestrow/Qt/ReduceMotionSetting.hpp"
+#include "Tests/Support/QtPrivateBus.hpp"
 
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusVirtualObject>
 #include <QMap>
-
 #include <gtest/gtest.h>
 
 #include <memory>
-
-#include "Tests/Support/QtPrivateBus.hpp"
 
 namespace kestrow::qt {
 namespace {

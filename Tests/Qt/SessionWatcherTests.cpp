@@ -1,12 +1,10 @@
 #include "Kestrow/Qt/SessionWatcher.hpp"
+#include "Tests/Support/QtPrivateBus.hpp"
 
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
-
 #include <gtest/gtest.h>
-
-#include "Tests/Support/QtPrivateBus.hpp"
 
 namespace kestrow::qt {
 namespace {

@@ -1,13 +1,11 @@
 #include "Kestrow/Qt/SingleInstance.hpp"
+#include "Tests/Support/QtPrivateBus.hpp"
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
-
 #include <gtest/gtest.h>
 
 #include <future>
-
-#include "Tests/Support/QtPrivateBus.hpp"
 
 namespace kestrow::qt {
 namespace {

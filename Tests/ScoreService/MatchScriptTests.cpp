@@ -1,4 +1,5 @@
 #include "ScoreService/MatchScript.hpp"
+#include "ScoreService/Simulation.hpp"
 
 #include <gtest/gtest.h>
 
@@ -11,8 +12,6 @@
 #include <tuple>
 #include <utility>
 #include <vector>
-
-#include "ScoreService/Simulation.hpp"
 
 namespace kestrow::service {
 namespace {

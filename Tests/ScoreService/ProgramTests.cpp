@@ -1,4 +1,6 @@
 // The program itself: what it says, how it ends.
+#include "Tests/Support/Sanitizers.hpp"
+
 #include <gtest/gtest.h>
 #include <httplib.h>
 #include <poll.h>
@@ -14,8 +16,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "Tests/Support/Sanitizers.hpp"
 
 namespace kestrow::service {
 namespace {

@@ -1,3 +1,7 @@
+#include "KestrowCore/BoomEventCoding.hpp"
+#include "KestrowCore/JsonRecord.hpp"
+#include "KestrowCore/MatchCoding.hpp"
+#include "ScoreService/Feeds.hpp"
 #include "ScoreService/ScoreServer.hpp"
 
 #include <gtest/gtest.h>
@@ -10,11 +14,6 @@
 #include <thread>
 #include <utility>
 #include <vector>
-
-#include "KestrowCore/BoomEventCoding.hpp"
-#include "KestrowCore/JsonRecord.hpp"
-#include "KestrowCore/MatchCoding.hpp"
-#include "ScoreService/Feeds.hpp"
 
 namespace kestrow::service {
 namespace {

@@ -1,3 +1,4 @@
+#include "ScoreService/ResultText.hpp"
 #include "ScoreService/Simulation.hpp"
 
 #include <gtest/gtest.h>
@@ -8,8 +9,6 @@
 #include <map>
 #include <set>
 #include <string>
-
-#include "ScoreService/ResultText.hpp"
 
 namespace kestrow::service {
 namespace {

@@ -1,8 +1,7 @@
+#include "ScoreService/Simulation.hpp"
 #include "ScoreService/StartPoint.hpp"
 
 #include <gtest/gtest.h>
-
-#include "ScoreService/Simulation.hpp"
 
 namespace kestrow::service {
 namespace {

@@ -2,13 +2,13 @@
 // from what it was answered, apart from how the program itself reckons it.
 #pragma once
 
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "KestrowCore/Date.hpp"
 #include "KestrowCore/MainThread.hpp"
 #include "KestrowCore/Match.hpp"
+
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace kestrow {
 

@@ -1,5 +1,7 @@
 #include "Tests/Soak/ServiceProcess.hpp"
 
+#include "ScoreService/ScoreServer.hpp"
+
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
@@ -13,8 +15,6 @@
 #include <memory>
 #include <new>
 #include <utility>
-
-#include "ScoreService/ScoreServer.hpp"
 
 namespace kestrow {
 namespace {

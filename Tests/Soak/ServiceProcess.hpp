@@ -1,15 +1,15 @@
 // The score service in a process of its own, so that what is measured here is the client's alone.
 #pragma once
 
+#include "KestrowCore/Date.hpp"
+#include "ScoreService/Faults.hpp"
+#include "ScoreService/MatchFeed.hpp"
+
 #include <sys/types.h>
 
 #include <atomic>
 #include <string>
 #include <vector>
-
-#include "KestrowCore/Date.hpp"
-#include "ScoreService/Faults.hpp"
-#include "ScoreService/MatchFeed.hpp"
 
 namespace kestrow {
 

@@ -1,14 +1,5 @@
 #include "Tests/Soak/Soak.hpp"
 
-#include <algorithm>
-#include <chrono>
-#include <cstdlib>
-#include <iostream>
-#include <memory>
-#include <optional>
-#include <string_view>
-#include <utility>
-
 #include "Kestrow/AppDelegate.hpp"
 #include "Kestrow/PanelNodes.hpp"
 #include "KestrowCore/FreedMemory.hpp"
@@ -21,6 +12,15 @@
 #include "Tests/Support/ManualMainThread.hpp"
 #include "Tests/Support/NoLogin.hpp"
 #include "Tests/Support/TemporaryFolder.hpp"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <utility>
 
 namespace kestrow {
 namespace {

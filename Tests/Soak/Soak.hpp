@@ -2,14 +2,14 @@
 // misbehaves over real HTTP, the user looks in and picks matches, the machine sleeps at night.
 #pragma once
 
+#include "ScoreService/Faults.hpp"
+#include "Tests/Soak/Measures.hpp"
+
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
-
-#include "ScoreService/Faults.hpp"
-#include "Tests/Soak/Measures.hpp"
 
 namespace kestrow {
 

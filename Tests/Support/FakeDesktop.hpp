@@ -2,6 +2,13 @@
 // asked of it is written down.
 #pragma once
 
+#include "Kestrow/Platform/Desktop.hpp"
+#include "Kestrow/Platform/PanelSurface.hpp"
+#include "Kestrow/Platform/PillSurface.hpp"
+#include "Kestrow/Platform/UserDefaults.hpp"
+#include "Tests/Support/RecordingCanvas.hpp"
+#include "Tests/Support/RecordingPanelSurface.hpp"
+
 #include <functional>
 #include <map>
 #include <memory>
@@ -10,13 +17,6 @@
 #include <string_view>
 #include <utility>
 #include <vector>
-
-#include "Kestrow/Platform/Desktop.hpp"
-#include "Kestrow/Platform/PanelSurface.hpp"
-#include "Kestrow/Platform/PillSurface.hpp"
-#include "Kestrow/Platform/UserDefaults.hpp"
-#include "Tests/Support/RecordingCanvas.hpp"
-#include "Tests/Support/RecordingPanelSurface.hpp"
 
 namespace kestrow {
 

@@ -1,6 +1,9 @@
 // A transport whose answers the test holds back and gives when it likes.
 #pragma once
 
+#include "KestrowCore/Http.hpp"
+#include "KestrowCore/Task.hpp"
+
 #include <algorithm>
 #include <cstddef>
 #include <expected>
@@ -10,9 +13,6 @@
 #include <string_view>
 #include <utility>
 #include <vector>
-
-#include "KestrowCore/Http.hpp"
-#include "KestrowCore/Task.hpp"
 
 namespace kestrow {
 

@@ -1,6 +1,10 @@
 // A main thread whose clock stands still until the test moves it.
 #pragma once
 
+#include "KestrowCore/Date.hpp"
+#include "KestrowCore/DelayedActions.hpp"
+#include "KestrowCore/MainThread.hpp"
+
 #include <chrono>
 #include <condition_variable>
 #include <functional>
@@ -8,10 +12,6 @@
 #include <mutex>
 #include <optional>
 #include <vector>
-
-#include "KestrowCore/Date.hpp"
-#include "KestrowCore/DelayedActions.hpp"
-#include "KestrowCore/MainThread.hpp"
 
 namespace kestrow {
 

@@ -1,9 +1,9 @@
 // A desktop on which the program never starts at login.
 #pragma once
 
-#include <expected>
-
 #include "KestrowCore/LoginItem.hpp"
+
+#include <expected>
 
 namespace kestrow {
 

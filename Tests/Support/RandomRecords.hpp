@@ -1,6 +1,9 @@
 // Records at random, for tests of what holds for every record. One seed gives one sequence.
 #pragma once
 
+#include "KestrowCore/BoomEvent.hpp"
+#include "KestrowCore/Match.hpp"
+
 #include <array>
 #include <cstdint>
 #include <limits>
@@ -9,9 +12,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "KestrowCore/BoomEvent.hpp"
-#include "KestrowCore/Match.hpp"
 
 namespace kestrow {
 

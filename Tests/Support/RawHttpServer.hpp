@@ -1,6 +1,8 @@
 // A server that writes exactly the bytes that a test wants, when it wants them.
 #pragma once
 
+#include "Tests/Support/TlsIdentity.hpp"
+
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -15,8 +17,6 @@
 #include <string_view>
 #include <thread>
 #include <vector>
-
-#include "Tests/Support/TlsIdentity.hpp"
 
 namespace kestrow {
 

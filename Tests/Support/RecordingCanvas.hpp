@@ -1,14 +1,14 @@
 // A canvas that writes down what is drawn on it, with text metrics that are the same everywhere.
 #pragma once
 
+#include "Kestrow/Platform/Canvas.hpp"
+
 #include <algorithm>
 #include <ostream>
 #include <sstream>
 #include <string>
 #include <variant>
 #include <vector>
-
-#include "Kestrow/Platform/Canvas.hpp"
 
 namespace kestrow {
 

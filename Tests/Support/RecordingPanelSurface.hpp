@@ -1,13 +1,13 @@
 // A panel without a window: what the controller shows and asks for can be read back.
 #pragma once
 
+#include "Kestrow/Platform/PanelSurface.hpp"
+
 #include <memory>
 #include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
-
-#include "Kestrow/Platform/PanelSurface.hpp"
 
 namespace kestrow {
 

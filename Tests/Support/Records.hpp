@@ -1,13 +1,13 @@
 // Makers of records for tests: only what a test is about needs to be said.
 #pragma once
 
+#include "KestrowCore/BoomEvent.hpp"
+#include "KestrowCore/Match.hpp"
+
 #include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "KestrowCore/BoomEvent.hpp"
-#include "KestrowCore/Match.hpp"
 
 namespace kestrow::records {
 

@@ -1,6 +1,11 @@
 // What tests of the HTTP transport have in common.
 #pragma once
 
+#include "KestrowCore/Http.hpp"
+#include "KestrowCore/RunLoop.hpp"
+#include "KestrowCore/Task.hpp"
+#include "KestrowCore/UrlSession.hpp"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -11,11 +16,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "KestrowCore/Http.hpp"
-#include "KestrowCore/RunLoop.hpp"
-#include "KestrowCore/Task.hpp"
-#include "KestrowCore/UrlSession.hpp"
 
 namespace kestrow {
 

@@ -1,5 +1,7 @@
 // kestrow-replay-check FOLDER [SPEED]: plays every match file of a folder through service and
 // pollers, and prints a table of what was expected and what was shown. Fails when they differ.
+#include "Tests/EndToEnd/ReplayCheck.hpp"
+
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -7,8 +9,6 @@
 #include <string>
 #include <system_error>
 #include <vector>
-
-#include "Tests/EndToEnd/ReplayCheck.hpp"
 
 using namespace kestrow;
 

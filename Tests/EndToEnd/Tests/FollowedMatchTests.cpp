@@ -1,5 +1,6 @@
 // The pollers and the real service together, in the situations that a service or a user brings
 // about.
+#include "ScoreService/Feeds.hpp"
 #include "Tests/EndToEnd/FollowedMatch.hpp"
 
 #include <gtest/gtest.h>
@@ -14,8 +15,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "ScoreService/Feeds.hpp"
 
 namespace kestrow {
 namespace {

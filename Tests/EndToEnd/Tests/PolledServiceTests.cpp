@@ -1,5 +1,14 @@
 // The score poller with its real transport and the real service, whose faults hold an answer back
 // or spoil it. Only the waits between polls are of a clock that the test moves.
+#include "KestrowCore/LocalStore.hpp"
+#include "KestrowCore/Poller.hpp"
+#include "KestrowCore/ScoreClient.hpp"
+#include "KestrowCore/UrlSession.hpp"
+#include "ScoreService/Feeds.hpp"
+#include "ScoreService/ScoreServer.hpp"
+#include "Tests/Support/ManualMainThread.hpp"
+#include "Tests/Support/TemporaryFolder.hpp"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -11,15 +20,6 @@
 #include <optional>
 #include <utility>
 #include <vector>
-
-#include "KestrowCore/LocalStore.hpp"
-#include "KestrowCore/Poller.hpp"
-#include "KestrowCore/ScoreClient.hpp"
-#include "KestrowCore/UrlSession.hpp"
-#include "ScoreService/Feeds.hpp"
-#include "ScoreService/ScoreServer.hpp"
-#include "Tests/Support/ManualMainThread.hpp"
-#include "Tests/Support/TemporaryFolder.hpp"
 
 namespace kestrow {
 namespace {

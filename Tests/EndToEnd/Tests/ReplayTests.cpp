@@ -1,10 +1,10 @@
+#include "Tests/EndToEnd/ReplayCheck.hpp"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <string>
 #include <tuple>
-
-#include "Tests/EndToEnd/ReplayCheck.hpp"
 
 namespace kestrow {
 namespace {

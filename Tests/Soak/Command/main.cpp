@@ -1,12 +1,13 @@
 // kestrow-soak: plays days of the program in quickened time, with a score service that misbehaves,
 // and prints what that took. Fails when the program grew, kept something, or woke without need.
+#include "Tests/Soak/Soak.hpp"
+
 #include <CLI/CLI.hpp>
+
 #include <chrono>
 #include <cstdio>
 #include <string>
 #include <vector>
-
-#include "Tests/Soak/Soak.hpp"
 
 using namespace kestrow;
 

@@ -1,11 +1,10 @@
 #include "Tests/Soak/Demand.hpp"
+#include "Tests/Support/Records.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <optional>
-
-#include "Tests/Support/Records.hpp"
 
 namespace kestrow {
 namespace {

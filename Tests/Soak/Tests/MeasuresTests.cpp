@@ -1,4 +1,5 @@
 #include "Tests/Soak/Measures.hpp"
+#include "Tests/Support/Sanitizers.hpp"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -8,8 +9,6 @@
 #include <latch>
 #include <memory>
 #include <thread>
-
-#include "Tests/Support/Sanitizers.hpp"
 
 namespace kestrow {
 namespace {

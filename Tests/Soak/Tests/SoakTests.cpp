@@ -1,5 +1,6 @@
 // A day of the program in quickened time, and that what would be wrong with it is noticed.
 #include "Tests/Soak/Soak.hpp"
+#include "Tests/Support/Sanitizers.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,8 +8,6 @@
 #include <limits>
 #include <string>
 #include <vector>
-
-#include "Tests/Support/Sanitizers.hpp"
 
 namespace kestrow {
 namespace {
