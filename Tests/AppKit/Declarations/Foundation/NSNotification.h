@@ -21,6 +21,7 @@ typedef NSString* NSNotificationName;
                              queue:(nullable NSOperationQueue*)queue
                         usingBlock:(void (^)(NSNotification* notification))block;
 - (void)removeObserver:(id)observer;
+- (void)postNotificationName:(NSNotificationName)name object:(nullable id)object;
 @end
 
 extern NSNotificationName const NSSystemClockDidChangeNotification;
