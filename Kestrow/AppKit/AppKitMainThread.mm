@@ -59,8 +59,10 @@ class Timer final : public DelayedAction {
     if (isPrecise) waiting_->punctuality = std::make_unique<Punctuality>();
     const auto waiting = waiting_;
     source_ = startTimer(delay, isPrecise, ^{
-      const Waiting due = std::exchange(*waiting, {});
-      if (due.action) due.action();
+      @autoreleasepool {
+        const Waiting due = std::exchange(*waiting, {});
+        if (due.action) due.action();
+      }
     });
   }
   Timer(const Timer&) = delete;
@@ -77,9 +79,13 @@ class Timer final : public DelayedAction {
 
 }  // namespace
 
+// The event loop empties its own pool after events only, and nobody may touch the program for days:
+// so each action has one.
 void AppKitMainThread::post(std::function<void()> action) {
   dispatch_async(dispatch_get_main_queue(), ^{
-    action();
+    @autoreleasepool {
+      action();
+    }
   });
 }
 

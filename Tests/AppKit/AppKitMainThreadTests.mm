@@ -7,6 +7,7 @@
 #include <string>
 #include <thread>
 
+#import "Kestrow/AppKit/Action.hpp"
 #include "Tests/AppKit/MacLoop.hpp"
 
 namespace kestrow::appkit {
@@ -60,6 +61,26 @@ TEST(AppKitMainThread, LetsAnActionDestroyItsOwnTimer) {
     isRun = true;
   });
   EXPECT_TRUE(runUntil([&] { return isRun; }));
+}
+
+// What stays until the pool around the caller is emptied.
+void leaveBehind(const std::shared_ptr<int>& load) {
+  [[maybe_unused]] KestrowAction* __autoreleasing carrier =
+      [[KestrowAction alloc] initWithFunction:[load] {}];
+}
+
+TEST(AppKitMainThread, KeepsNothingThatAnActionLeftBehind) {
+  AppKitMainThread mainThread;
+  const auto load = std::make_shared<int>();
+  long afterPost = 0;
+  long afterTimer = 0;
+  mainThread.post([&] { leaveBehind(load); });
+  mainThread.post([&] { afterPost = load.use_count(); });
+  const auto timer = mainThread.after(Seconds(0.01), [&] { leaveBehind(load); });
+  const auto later = mainThread.after(Seconds(0.03), [&] { afterTimer = load.use_count(); });
+  EXPECT_TRUE(runUntil([&] { return afterTimer != 0; }));
+  EXPECT_EQ(afterPost, 1);
+  EXPECT_EQ(afterTimer, 1);
 }
 
 }  // namespace
