@@ -2,6 +2,7 @@
 // the active one.
 #pragma once
 
+#import "Kestrow/AppKit/PillView.hpp"
 #include "Kestrow/AppKit/StatusDot.hpp"
 #include "Kestrow/Platform/PillSurface.hpp"
 
@@ -9,8 +10,6 @@
 
 #include <memory>
 #include <optional>
-
-@class KestrowPillView;
 
 namespace kestrow::appkit {
 
@@ -37,7 +36,7 @@ class AppKitPillWindow final : public PillSurface {
   KestrowPillView* _Nonnull view_;
   NSPanel* _Nonnull panel_;
   Rect target_;
-  std::shared_ptr<bool> isMoving_;  // of the latest move; its end may come after this object
+  std::shared_ptr<PillMove> move_;  // the latest; its end may come after this object
 };
 
 }  // namespace kestrow::appkit

@@ -2,7 +2,6 @@
 
 #include "Kestrow/AppKit/Coordinates.hpp"
 #include "Kestrow/AppKit/FloatingPanel.hpp"
-#import "Kestrow/AppKit/PillView.hpp"
 #include "Kestrow/AppKit/Strings.hpp"
 
 #include <algorithm>
@@ -64,7 +63,7 @@ AppKitPillWindow::~AppKitPillWindow() {
 }
 
 void AppKitPillWindow::setFrame(const Rect& frame, Seconds duration) {
-  const bool moves = isMoving_ && *isMoving_;
+  const bool moves = move_ && move_->isUnderWay;
   if (moves && frame == target_) return;
   target_ = frame;
   NSPanel* panel = panel_;
@@ -74,15 +73,18 @@ void AppKitPillWindow::setFrame(const Rect& frame, Seconds duration) {
     return;
   }
   // A move that is under way ends only by another one, however short.
-  const auto isMoving = std::make_shared<bool>(true);
-  isMoving_ = isMoving;
+  const auto move = std::make_shared<PillMove>(PillMove{.target = frame});
+  move_ = move;
+  KestrowPillView* view = view_;
+  view.move = move;
   [NSAnimationContext
       runAnimationGroup:^(NSAnimationContext* context) {
         context.duration = std::max(duration.count(), 0.0);
         [[panel animator] setFrame:target display:YES];
       }
       completionHandler:^{
-        *isMoving = false;
+        move->isUnderWay = false;
+        view.needsDisplay = YES;
       }];
 }
 

@@ -6,6 +6,7 @@
 
 @interface KestrowPillView ()
 - (void)attachOverlay;
+- (NSPoint)originInTarget;
 @end
 
 @implementation KestrowPillView
@@ -43,6 +44,20 @@
 - (void)viewDidChangeBackingProperties {
   [super viewDidChangeBackingProperties];
   self.needsDisplay = YES;
+}
+
+- (NSPoint)originInTarget {
+  const auto move = self.move;
+  NSWindow* window = self.window;
+  if (!move || !move->isUnderWay || window == nil) return NSMakePoint(0, 0);
+  const NSPoint corner = window.frame.origin;
+  return NSMakePoint(corner.x - move->target.x, corner.y - move->target.y);
+}
+
+// By now the window's frame is the one that this picture is for.
+- (void)viewWillDraw {
+  [self setBoundsOrigin:[self originInTarget]];
+  [super viewWillDraw];
 }
 
 // Always the whole view: what is asked for may reach beyond it.

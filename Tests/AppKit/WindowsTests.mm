@@ -13,11 +13,12 @@ namespace {
 
 class Pill : public PillSurfaceClient {
  public:
-  void draw(Canvas& /*canvas*/, const Rect& /*bounds*/, double /*scale*/) override {}
+  void draw(Canvas& /*canvas*/, const Rect& bounds, double /*scale*/) override { drawn = bounds; }
   void click() override { ++clicks; }
   std::string accessibilityLabel() const override { return "MI 145 for 3"; }
 
   int clicks = 0;
+  Rect drawn;
 };
 
 class WindowsOnAMac : public testing::Test {
@@ -68,6 +69,23 @@ TEST_F(WindowsOnAMac, PillIsShownToCapturesOnlyWhenItMay) {
   EXPECT_EQ(newest().sharingType, NSWindowSharingNone);
   window.setSharing(true);
   EXPECT_EQ(newest().sharingType, NSWindowSharingReadOnly);
+}
+
+TEST_F(WindowsOnAMac, PillKeepsItsContentInPlaceWhileItGlides) {
+  Pill pill;
+  AppKitPillWindow window(pill);
+  window.setFrame({100, 300, 200, 24}, Seconds::zero());
+  window.orderFront();
+  NSPanel* panel = newest();
+  [panel.contentView display];
+  EXPECT_EQ(pill.drawn, (Rect{0, 0, 200, 24}));
+
+  window.setFrame({90, 284, 220, 40}, Seconds(60));
+  [panel.contentView display];
+  EXPECT_NEAR(pill.drawn.x, panel.frame.origin.x - 90, 0.01);
+  EXPECT_NEAR(pill.drawn.y, panel.frame.origin.y - 284, 0.01);
+  EXPECT_GT(pill.drawn.y, 8);
+  EXPECT_EQ(window.frame(), (Rect{90, 284, 220, 40}));
 }
 
 TEST_F(WindowsOnAMac, PanelFloatsAndTakesTheKeyboard) {
