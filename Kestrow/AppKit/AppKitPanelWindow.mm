@@ -32,12 +32,6 @@
 
 namespace kestrow::appkit {
 
-namespace {
-
-constexpr unsigned short escapeKeyCode = 53;
-
-}  // namespace
-
 AppKitPanelWindow::AppKitPanelWindow(PanelSurfaceClient& client)
     : client_(client),
       column_(client),
@@ -98,11 +92,10 @@ void AppKitPanelWindow::orderOut() {
 void AppKitPanelWindow::installMonitors() {
   PanelSurfaceClient& client = client_;
   if (!outsideClicks_) {
-    outsideClicks_ = EventMonitor::ofOthers(NSEventMaskLeftMouseDown | NSEventMaskRightMouseDown,
-                                            [&client] { client.clickedOutside(); });
+    outsideClicks_ = EventMonitor::ofOthers(mouseDowns, [&client] { client.clickedOutside(); });
   }
   if (!escapeKey_) {
-    escapeKey_ = EventMonitor::ofOwn(NSEventMaskKeyDown, [&client](NSEvent* event) {
+    escapeKey_ = EventMonitor::ofOwn(keyDowns, [&client](NSEvent* event) {
       return event.keyCode == escapeKeyCode && client.escapePressed();
     });
   }

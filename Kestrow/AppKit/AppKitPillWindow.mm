@@ -31,15 +31,11 @@ namespace kestrow::appkit {
 namespace {
 
 NSPanel* makePanel() {
-  NSPanel* panel = [[KestrowPillWindow alloc]
-      initWithContentRect:NSMakeRect(0, 0, 0, 0)
-                styleMask:NSWindowStyleMaskBorderless | NSWindowStyleMaskNonactivatingPanel
-                  backing:NSBackingStoreBuffered
-                    defer:NO];
-  makeFloating(panel, NSWindowCollectionBehaviorCanJoinAllSpaces |
-                          NSWindowCollectionBehaviorStationary |
-                          NSWindowCollectionBehaviorIgnoresCycle |
-                          NSWindowCollectionBehaviorFullScreenAuxiliary);
+  NSPanel* panel = [[KestrowPillWindow alloc] initWithContentRect:NSMakeRect(0, 0, 0, 0)
+                                                        styleMask:floatingStyle
+                                                          backing:NSBackingStoreBuffered
+                                                            defer:NO];
+  makeFloating(panel, pillBehavior);
   panel.hasShadow = NO;
   panel.animationBehavior = NSWindowAnimationBehaviorNone;
   return panel;

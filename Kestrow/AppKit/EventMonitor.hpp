@@ -7,6 +7,10 @@
 
 namespace kestrow::appkit {
 
+inline constexpr NSEventMask mouseDowns = NSEventMaskLeftMouseDown | NSEventMaskRightMouseDown;
+inline constexpr NSEventMask keyDowns = NSEventMaskKeyDown;
+inline constexpr unsigned short escapeKeyCode = 53;
+
 // Main thread only. Movable.
 class EventMonitor {
  public:

@@ -48,14 +48,11 @@ SEL selectorOf(EditAction action) {
 }  // namespace
 
 NSPanel* makePanelWindow() {
-  NSPanel* panel =
-      [[KestrowPanelWindow alloc] initWithContentRect:NSMakeRect(0, 0, 340, 400)
-                                            styleMask:NSWindowStyleMaskNonactivatingPanel
-                                              backing:NSBackingStoreBuffered
-                                                defer:NO];
-  makeFloating(panel, NSWindowCollectionBehaviorCanJoinAllSpaces |
-                          NSWindowCollectionBehaviorIgnoresCycle |
-                          NSWindowCollectionBehaviorFullScreenAuxiliary);
+  NSPanel* panel = [[KestrowPanelWindow alloc] initWithContentRect:NSMakeRect(0, 0, 340, 400)
+                                                         styleMask:floatingStyle
+                                                           backing:NSBackingStoreBuffered
+                                                             defer:NO];
+  makeFloating(panel, panelBehavior);
   panel.hasShadow = YES;
   panel.becomesKeyOnlyIfNeeded = NO;
   panel.autorecalculatesKeyViewLoop = YES;

@@ -6,10 +6,23 @@
 #include <string>
 
 #include "Kestrow/AppKit/AppKitPillWindow.hpp"
+#include "Kestrow/AppKit/EventMonitor.hpp"
+#include "Kestrow/AppKit/FloatingPanel.hpp"
 #import "Kestrow/AppKit/PanelWindow.hpp"
 
 namespace kestrow::appkit {
 namespace {
+
+// What the system knows them by. Checked wherever this is compiled.
+static_assert(floatingLevel == 27);
+static_assert(floatingStyle == 128);
+static_assert(pillBehavior == 337);
+static_assert(panelBehavior == 321);
+static_assert(mouseDowns == 10);
+static_assert(keyDowns == 1024);
+static_assert(escapeKeyCode == 53);
+static_assert(NSWindowSharingNone == 0 && NSWindowSharingReadOnly == 1);
+static_assert(NSAccessibilityPriorityHigh == 90);
 
 class Pill : public PillSurfaceClient {
  public:

@@ -87,9 +87,9 @@ def _run(arguments: list[str]) -> str:
     return result.stdout if result.returncode or result.stdout else ""
 
 
-def syntax(file: pathlib.Path, target: str) -> str:
+def syntax(file: pathlib.Path, target: str, *more_flags: str) -> str:
     """What the compiler says against the file; nothing when it is right."""
-    return _run([*_prepared(target), "-fsyntax-only", str(file)])
+    return _run([*_prepared(target), *more_flags, "-fsyntax-only", str(file)])
 
 
 def portability(file: pathlib.Path) -> str:

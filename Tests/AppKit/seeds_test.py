@@ -17,7 +17,8 @@ class Seeds(unittest.TestCase):
         """A copy of the file with the mistake in place of what is right, which must be there."""
         text = (mac_compiler.ROOT / "Kestrow" / "AppKit" / name).read_text(encoding="utf-8")
         self.assertIn(right, text)
-        copy = self.folder / name
+        copy = self.folder / "Kestrow" / "AppKit" / name
+        copy.parent.mkdir(parents=True, exist_ok=True)
         copy.write_text(text.replace(right, wrong, 1), encoding="utf-8")
         return copy
 
@@ -43,8 +44,25 @@ class Seeds(unittest.TestCase):
         self.assertIn("hideOnDeactivate", self.compile(copy))
 
     def test_a_misspelt_constant_does_not_compile(self):
-        copy = self.planted("AppKitPillWindow.mm", "BehaviorStationary", "BehaviourStationary")
-        self.assertIn("NSWindowCollectionBehaviourStationary", self.compile(copy))
+        copy = self.planted("AppKitPillWindow.mm", "SharingReadOnly", "SharingReadonly")
+        self.assertIn("NSWindowSharingReadonly", self.compile(copy))
+
+    def test_a_wrong_number_for_the_system_does_not_compile_with_the_windows_tests(self):
+        mistakes = [("FloatingPanel.hpp", "floatingLevel = 27", "floatingLevel = 25"),
+                    ("FloatingPanel.hpp", "panelBehavior | NSWindowCollectionBehaviorStationary",
+                     "panelBehavior"),
+                    ("FloatingPanel.hpp", "NSWindowCollectionBehaviorIgnoresCycle", "0"),
+                    ("FloatingPanel.hpp", "NSWindowStyleMaskNonactivatingPanel",
+                     "NSWindowStyleMaskTitled"),
+                    ("EventMonitor.hpp", " | NSEventMaskRightMouseDown", ""),
+                    ("EventMonitor.hpp", "escapeKeyCode = 53", "escapeKeyCode = 52")]
+        tests = mac_compiler.HERE / "WindowsTests.mm"
+        for name, right, wrong in mistakes:
+            with self.subTest(f"{right} -> {wrong}"):
+                copy = self.planted(name, right, wrong)
+                self.assertIn("static assertion failed", mac_compiler.syntax(
+                    tests, mac_compiler.TARGETS[0], "-iquote", str(self.folder)))
+                copy.unlink()
 
     def test_a_call_on_an_object_of_no_known_class_does_not_compile(self):
         copy = self.planted("EventMonitor.mm", "[NSEvent removeMonitor:token]", "[token remove]")
