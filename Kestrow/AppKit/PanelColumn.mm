@@ -52,6 +52,7 @@ void PanelColumn::rebuild(const std::vector<PanelNode>& nodes) {
   keys_ = std::move(keys);
   retire(std::move(before));
   arrange();
+  NSAccessibilityPostNotification(stack_, NSAccessibilityLayoutChangedNotification);
 }
 
 // Touches only views that are not in their place, so that the others keep focus and reading place.

@@ -19,6 +19,8 @@ typedef NS_ENUM(NSInteger, NSAccessibilityPriorityLevel) {
   NSAccessibilityPriorityHigh = 90,
 };
 
+extern NSAccessibilityNotificationName const NSAccessibilityLayoutChangedNotification;
+void NSAccessibilityPostNotification(id element, NSAccessibilityNotificationName notification);
 void NSAccessibilityPostNotificationWithUserInfo(
     id element, NSAccessibilityNotificationName notification,
     NSDictionary<NSAccessibilityNotificationUserInfoKey, id>* _Nullable userInfo);
