@@ -15,6 +15,7 @@ NS_ASSUME_NONNULL_BEGIN
 + (NSNumber*)numberWithInteger:(NSInteger)value;
 + (NSNumber*)numberWithUnsignedLong:(unsigned long)value;
 + (NSNumber*)numberWithDouble:(double)value;
+@property(readonly) double doubleValue;
 @end
 
 NS_ASSUME_NONNULL_END

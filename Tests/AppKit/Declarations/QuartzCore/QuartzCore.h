@@ -27,6 +27,7 @@ extern CAMediaTimingFunctionName const kCAMediaTimingFunctionEaseInEaseOut;
 
 @interface CAPropertyAnimation : CAAnimation
 + (instancetype)animationWithKeyPath:(nullable NSString*)path;
+@property(nullable, copy) NSString* keyPath;
 @end
 
 @interface CABasicAnimation : CAPropertyAnimation
@@ -50,6 +51,7 @@ extern CAMediaTimingFunctionName const kCAMediaTimingFunctionEaseInEaseOut;
 @property float shadowOpacity;
 @property CGSize shadowOffset;
 @property CGFloat shadowRadius;
+- (nullable NSArray<NSString*>*)animationKeys;
 - (void)addSublayer:(CALayer*)layer;
 - (void)removeFromSuperlayer;
 - (void)addAnimation:(CAAnimation*)animation forKey:(nullable NSString*)key;
