@@ -129,8 +129,9 @@ class Hostile(PanelTest):
         self.session.run("xdotool", "mousemove", str(x + width // 2), str(y + height // 2))
         start = time.monotonic()
         self.session.run("xdotool", "click", "1")
-        wait_until(lambda: len(self.session.windows()) != before, "the click to be answered", 10,
-                   every=0)
+        wait_until(lambda: len(self.session.windows()) != before,
+                   lambda: "the click to be answered\n" + self.session.run("xwininfo", "-root", "-tree"),
+                   10, every=0)
         return time.monotonic() - start
 
     def test_clicks_are_answered_and_the_next_good_answer_is_shown(self):

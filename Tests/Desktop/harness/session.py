@@ -1,6 +1,7 @@
 """A desktop session of the test's own: display, window manager, buses, service and program."""
 import json
 import os
+import re
 import shutil
 import signal
 import subprocess
@@ -109,8 +110,10 @@ class Session:
 
     def start_window_manager(self):
         self.processes.start("openbox", ["openbox", "--sm-disable"], self.environment)
-        wait_until(lambda: "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK",
-                                                   check=False), "a window manager")
+        # It says that it is there first, and what it manages last: then it has come to rest.
+        last = ("_NET_SUPPORTING_WM_CHECK", "_NET_CLIENT_LIST", "_NET_WORKAREA")
+        wait_until(lambda: len(re.findall(r"(?:=|id #) ", self.run("xprop", "-root", *last))) == len(last),
+                   "a window manager")
 
     def start_compositor(self):
         process = self.processes.start(
