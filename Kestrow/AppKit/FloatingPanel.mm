@@ -11,6 +11,7 @@ void makeFloating(NSPanel* panel, NSWindowCollectionBehavior behavior) {
   panel.movable = NO;
   panel.releasedWhenClosed = NO;
   panel.hidesOnDeactivate = NO;
+  panel.title = @"Kestrow";  // for assistive technology: nothing shows it
 }
 
 }  // namespace kestrow::appkit

@@ -56,7 +56,6 @@ NSPanel* makePanelWindow() {
   panel.hasShadow = YES;
   panel.becomesKeyOnlyIfNeeded = NO;
   panel.autorecalculatesKeyViewLoop = YES;
-  panel.title = @"Kestrow";  // for assistive technology: nothing shows it
   return panel;
 }
 

@@ -52,6 +52,7 @@ void expectFloating(NSPanel* panel) {
   EXPECT_FALSE(panel.hidesOnDeactivate);
   EXPECT_FALSE(panel.releasedWhenClosed);
   EXPECT_FALSE(panel.canBecomeMainWindow);
+  EXPECT_TRUE([panel.title isEqualToString:@"Kestrow"]);
 }
 
 TEST_F(WindowsOnAMac, PillFloatsAndTakesNoKeyboard) {

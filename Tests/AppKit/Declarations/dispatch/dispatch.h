@@ -19,7 +19,7 @@ typedef const struct dispatch_source_type_s* dispatch_source_type_t;
 
 #define DISPATCH_TIME_NOW (0ull)
 #define DISPATCH_TIME_FOREVER (~0ull)
-enum : uintptr_t { DISPATCH_TIMER_STRICT = 0x1 };
+#define DISPATCH_TIMER_STRICT 0x1
 
 extern "C" {
 extern const struct dispatch_source_type_s _dispatch_source_type_timer;
