@@ -1,5 +1,8 @@
 #include "Kestrow/AppKit/FloatingPanel.hpp"
 
+#include "Kestrow/AppKit/Strings.hpp"
+#include "KestrowCore/Identity.hpp"
+
 namespace kestrow::appkit {
 
 void makeFloating(NSPanel* panel, NSWindowCollectionBehavior behavior) {
@@ -11,7 +14,7 @@ void makeFloating(NSPanel* panel, NSWindowCollectionBehavior behavior) {
   panel.movable = NO;
   panel.releasedWhenClosed = NO;
   panel.hidesOnDeactivate = NO;
-  panel.title = @"Kestrow";  // for assistive technology: nothing shows it
+  panel.title = toNSString(identity::name);  // for assistive technology: nothing shows it
 }
 
 }  // namespace kestrow::appkit
