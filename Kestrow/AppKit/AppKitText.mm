@@ -1,10 +1,17 @@
 #include "Kestrow/AppKit/AppKitText.hpp"
 
 #include "Kestrow/AppKit/Strings.hpp"
+#include "KestrowCore/Text.hpp"
+
+#include <cstddef>
 
 namespace kestrow::appkit {
 
 namespace {
+
+// More than fits the widest screen. The names come from the service, and laying out one of
+// megabytes would hold up the program.
+constexpr std::size_t longestRun = 2000;
 
 NSFontWeight toNSFontWeight(FontWeight weight) {
   switch (weight) {
@@ -56,11 +63,11 @@ NSColor* toNSColor(const Color& color) {
                              alpha:color.alpha];
 }
 
-NSAttributedString* toNSAttributedString(const AttributedText& text) {
+NSAttributedString* toNSAttributedString(const AttributedText& runs) {
   NSMutableAttributedString* line = [[NSMutableAttributedString alloc] init];
-  for (const auto& run : text) {
+  for (const auto& run : runs) {
     [line appendAttributedString:[[NSAttributedString alloc]
-                                     initWithString:toNSString(run.text)
+                                     initWithString:toNSLine(text::firstBytes(run.text, longestRun))
                                          attributes:toDictionary(run.attributes)]];
   }
   return line;

@@ -10,7 +10,7 @@ namespace kestrow::appkit {
 namespace {
 
 void setTitle(NSButton* button, const std::string& title) {
-  NSString* shown = toNSString(title);
+  NSString* shown = toNSLine(title);
   if (![button.title isEqualToString:shown]) button.title = shown;
 }
 
@@ -102,7 +102,7 @@ void PopUpItem::apply(const PanelNode& node) {
     [button_ removeAllItems];
     // Through the menu: the button itself would drop an earlier item of the same title.
     for (const auto& item : popUp.items) {
-      [button_.menu addItemWithTitle:toNSString(item) action:nil keyEquivalent:@""];
+      [button_.menu addItemWithTitle:toNSLine(item) action:nil keyEquivalent:@""];
     }
     items_ = popUp.items;
   }
