@@ -1,5 +1,6 @@
 #include "Kestrow/PanelView.hpp"
 
+#include "Kestrow/PanelMeasure.hpp"
 #include "KestrowCore/Customisation.hpp"
 
 #include <algorithm>
@@ -130,6 +131,7 @@ Rect PanelController::frameFor(std::span<const Screen> screens, const std::optio
                                double fittingHeight) {
   const Rect visible = visibleFrame(screens, pill);
   const Rect anchor = pill.value_or(visible);
+  constexpr double width = PanelMeasure::width;
   const double top = (pill ? pill->minY() : visible.maxY()) - gap;
   const double height = std::max(0.0, std::min(fittingHeight, top - visible.minY() - margin));
   const double x = std::max(visible.minX() + margin,

@@ -28,7 +28,6 @@ namespace kestrow {
 // shown, then kept.
 class PanelController : public PanelSurfaceClient {
  public:
-  static constexpr double width = 340;
   static constexpr double gap = 6;     // between the pill and the panel
   static constexpr double margin = 8;  // kept free at the other edges of the screen
 

@@ -1,6 +1,7 @@
 // One node of the panel as native views.
 #pragma once
 
+#include "Kestrow/PanelMeasure.hpp"
 #include "Kestrow/Platform/PanelSurface.hpp"
 
 #import <AppKit/AppKit.h>
@@ -8,15 +9,6 @@
 #include <memory>
 
 namespace kestrow::appkit {
-
-struct PanelMeasure {
-  static constexpr double width = 340;
-  static constexpr double inset = 16;
-  static constexpr double contentWidth = width - 2 * inset;
-  static constexpr double rowSpacing = 8;    // between a control and what stands beside it
-  static constexpr double titleIndent = 20;  // from a mark's edge to its title's
-  static constexpr double cornerRadius = 12;
-};
 
 // Main thread only.
 class PanelItem {

@@ -3,6 +3,7 @@
 #include "Kestrow/AppKit/FloatingPanel.hpp"
 #include "Kestrow/AppKit/Strings.hpp"
 #include "Kestrow/PanelKeys.hpp"
+#include "Kestrow/PanelMeasure.hpp"
 
 // The actions that text views answer; AppKit declares the first four for text only, the others
 // nowhere.
@@ -48,7 +49,7 @@ SEL selectorOf(EditAction action) {
 }  // namespace
 
 NSPanel* makePanelWindow() {
-  NSPanel* panel = [[KestrowPanelWindow alloc] initWithContentRect:NSMakeRect(0, 0, 340, 400)
+  NSPanel* panel = [[KestrowPanelWindow alloc] initWithContentRect:NSMakeRect(0, 0, PanelMeasure::width, 400)
                                                          styleMask:floatingStyle
                                                            backing:NSBackingStoreBuffered
                                                              defer:NO];

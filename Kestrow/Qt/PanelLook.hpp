@@ -1,6 +1,7 @@
 // The panel's colours, fonts and measures, and the few shapes that its controls are drawn with.
 #pragma once
 
+#include "Kestrow/PanelMeasure.hpp"
 #include "Kestrow/Platform/Canvas.hpp"
 
 #include <QColor>
@@ -26,12 +27,12 @@ inline const QColor rowHovered{255, 255, 255, 15};
 inline const QColor popUpBackground{38, 42, 54};
 inline constexpr float disabledOpacity = 0.5F;
 
-inline constexpr int contentWidth = 308;
-inline constexpr int inset = 16;  // around all content
-inline constexpr int cornerRadius = 12;
+inline constexpr int contentWidth = static_cast<int>(PanelMeasure::contentWidth);
+inline constexpr int inset = static_cast<int>(PanelMeasure::inset);
+inline constexpr int cornerRadius = static_cast<int>(PanelMeasure::cornerRadius);
 inline constexpr int controlRadius = 6;
-inline constexpr int indicator = 14;    // a radio button's or check box's mark
-inline constexpr int titleIndent = 20;  // from the mark's edge to its title's
+inline constexpr int indicator = 14;  // a radio button's or check box's mark
+inline constexpr int titleIndent = static_cast<int>(PanelMeasure::titleIndent);
 inline constexpr int controlHeight = 26;
 // How far a row's highlight reaches beyond its text.
 inline constexpr int rowOutsetX = 8;

@@ -1,6 +1,7 @@
 #include "Kestrow/Qt/QtPanelWindow.hpp"
 
 #include "Kestrow/PanelKeys.hpp"
+#include "Kestrow/PanelMeasure.hpp"
 #include "Kestrow/Qt/PanelLog.hpp"
 #include "Kestrow/Qt/PanelLook.hpp"
 #include "Kestrow/Qt/QtCoordinates.hpp"
@@ -21,7 +22,7 @@ namespace look = panel_look;
 
 namespace {
 
-constexpr int panelWidth = look::contentWidth + 2 * look::inset;
+constexpr int panelWidth = static_cast<int>(PanelMeasure::width);
 constexpr int backgroundAlpha = 246;          // where a compositor lets the desktop shine through
 constexpr std::uint32_t capsLock = 1U << 1U;  // X11's bit for it
 
