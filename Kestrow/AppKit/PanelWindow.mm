@@ -49,10 +49,11 @@ SEL selectorOf(EditAction action) {
 }  // namespace
 
 NSPanel* makePanelWindow() {
-  NSPanel* panel = [[KestrowPanelWindow alloc] initWithContentRect:NSMakeRect(0, 0, PanelMeasure::width, 400)
-                                                         styleMask:floatingStyle
-                                                           backing:NSBackingStoreBuffered
-                                                             defer:NO];
+  NSPanel* panel =
+      [[KestrowPanelWindow alloc] initWithContentRect:NSMakeRect(0, 0, PanelMeasure::width, 400)
+                                            styleMask:floatingStyle
+                                              backing:NSBackingStoreBuffered
+                                                defer:NO];
   makeFloating(panel, panelBehavior);
   panel.hasShadow = YES;
   panel.becomesKeyOnlyIfNeeded = NO;
