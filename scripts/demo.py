@@ -82,12 +82,13 @@ def on_a_virtual_display():
     from harness.session import Session
 
     print("There is no display: Kestrow runs on a virtual one.", flush=True)
-    pictures = ROOT / "build" / "demo"
+    pictures = ROOT / "build" / "demo" / "pictures"
     pictures.mkdir(parents=True, exist_ok=True)
     session = Session(size=(1280, 800))
     try:
         session.start_window_manager()
         session.start_compositor()
+        session.pointer(0, 0)  # out of the pictures
         session.start_service("--speed", "60")
         match = session.ask_service("/api/matches")["live"][0]["id"]
         session.seed_state(followedMatchId=match)
