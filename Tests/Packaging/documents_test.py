@@ -1,11 +1,10 @@
-"""What the documents name is there: files, headings, scripts, presets, programs."""
+"""What the documents name is there: files, headings, scripts, presets, programs. What they tell to do
+is done by something."""
 import json
 import re
 import unittest
-from pathlib import Path
 
-ROOT = Path(__file__).resolve().parent.parent.parent
-DOCUMENTS = sorted([*ROOT.glob("*.md"), *ROOT.glob("Docs/*.md")])
+from commands import COMMANDS, DOCUMENTS, ROOT, RunBy, told
 
 
 def anchors(document):
@@ -61,6 +60,16 @@ class Documents(unittest.TestCase):
         for document, name in self.each(r"`(kestrow-[\w-]+)"):
             with self.subTest(document=document.name, program=name):
                 self.assertIn(name, targets)
+
+    def test_tell_no_command_that_nothing_runs(self):
+        for command, documents in told().items():
+            with self.subTest(command=command, documents=documents):
+                self.assertIn(command, COMMANDS, "tell in commands.py what runs it")
+        for command, answer in COMMANDS.items():
+            with self.subTest(command=command):
+                self.assertIn(command, told(), "no document tells it any more")
+                if isinstance(answer, RunBy):
+                    self.assertIn(answer.words, (ROOT / answer.file).read_text())
 
 
 if __name__ == "__main__":

@@ -2,6 +2,7 @@
 argument is the build folder."""
 import gzip
 import re
+import shlex
 import struct
 import subprocess
 import sys
@@ -9,7 +10,9 @@ import tempfile
 import unittest
 from pathlib import Path
 
-BUILD = Path(sys.argv.pop(1))
+from commands import ROOT, examples
+
+BUILD = Path(sys.argv.pop(1)).resolve()
 ID = "org.kestrow.Kestrow"
 
 
@@ -66,6 +69,20 @@ class Installed(unittest.TestCase):
         page = gzip.decompress((self.share / "man/man1/kestrow-score-service.1.gz").read_bytes())
         self.assertGreater(len(options), 8)
         self.assertEqual(options, set(re.findall(r"--[a-z]+", page.decode().replace("\\-", "-"))))
+
+    def test_has_a_manual_of_the_service_whose_examples_work(self):
+        manual = (ROOT / "Packaging/linux/kestrow-score-service.1").read_text()
+        self.assertEqual(len(examples(manual)), 2)
+        for example in examples(manual):
+            program, *options = shlex.split(example)
+            with self.subTest(example):
+                service = subprocess.Popen([self.prefix / "bin" / program, *options, "--port", "0"],
+                                           stdout=subprocess.PIPE, text=True)
+                for cleanup in (service.stdout.close, service.wait, service.kill):
+                    self.addCleanup(cleanup)
+                self.assertIn("listening on http://127.0.0.1:", service.stdout.readline())
+                service.terminate()
+                self.assertEqual(service.wait(20), 0)
 
 
 class Packages(unittest.TestCase):
