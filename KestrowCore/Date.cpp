@@ -12,28 +12,31 @@ namespace chrono = std::chrono;
 constexpr Date earliest = chrono::sys_days(chrono::year(0) / 1 / 1);
 constexpr Date tooLate = chrono::sys_days(chrono::year(10000) / 1 / 1);
 
-constexpr std::string_view dateTimeShape = "0000-00-00T00:00:00";
-constexpr std::string_view offsetShape = "00:00";  // behind its sign
+constexpr std::string_view dateTime = "0000-00-00T00:00:00";
+constexpr std::string_view offsetTime = "+00:00";
 
 bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-// Whether the text has a digit for each 0 of the shape, and the shape's other characters as they
-// are.
-bool hasShape(std::string_view text, std::string_view shape) {
-  if (text.size() != shape.size()) return false;
-  for (std::size_t at = 0; at < shape.size(); ++at) {
-    if (shape[at] == '0' ? !isDigit(text[at]) : text[at] != shape[at]) return false;
-  }
-  return true;
+// The number of the two digits at this place; where they are none, one above all of two digits,
+// which no month, day, hour, minute or second is.
+int twoDigits(std::string_view text, std::size_t at) {
+  constexpr int none = 100;
+  const int tens = text[at] - '0';
+  const int ones = text[at + 1] - '0';
+  const int number = tens * 10 + ones;
+  return tens >= 0 && tens <= 9 && ones >= 0 && ones <= 9 ? number : none;
 }
 
-// The number of so many digits at this place.
-int number(std::string_view text, std::size_t at, std::size_t digits) {
-  int value = 0;
-  for (const char c : text.substr(at, digits)) value = value * 10 + (c - '0');
-  return value;
+// The day of a text as long as dateTime; one that is not ok() for what is no date.
+chrono::year_month_day dayOf(std::string_view text) {
+  const int century = twoDigits(text, 0);
+  const int year = twoDigits(text, 2);
+  const bool isDate = century < 100 && year < 100 && text[4] == '-' && text[7] == '-';
+  return {chrono::year(century * 100 + year),
+          chrono::month(isDate ? static_cast<unsigned>(twoDigits(text, 5)) : 0),
+          chrono::day(static_cast<unsigned>(twoDigits(text, 8)))};
 }
 
 // Takes a fraction, if there is one, from the front of the text; its digits beyond microseconds are
@@ -52,11 +55,11 @@ std::optional<chrono::microseconds> takeFraction(std::string_view& text) {
 
 std::optional<chrono::minutes> parseOffset(std::string_view text) {
   if (text == "Z") return chrono::minutes{0};
-  const bool isWest = text.starts_with('-');
-  if (!isWest && !text.starts_with('+')) return std::nullopt;
-  if (!hasShape(text.substr(1), offsetShape)) return std::nullopt;
-  const int hours = number(text, 1, 2);
-  const int minutes = number(text, 4, 2);
+  if (text.size() != offsetTime.size() || text[3] != ':') return std::nullopt;
+  const bool isWest = text[0] == '-';
+  if (!isWest && text[0] != '+') return std::nullopt;
+  const int hours = twoDigits(text, 1);
+  const int minutes = twoDigits(text, 4);
   if (hours > 23 || minutes > 59) return std::nullopt;
   const auto offset = chrono::hours{hours} + chrono::minutes{minutes};
   return isWest ? -offset : offset;
@@ -75,22 +78,20 @@ Date systemNow() {
 }
 
 std::optional<Date> parseInternetDate(std::string_view text) {
-  if (!hasShape(text.substr(0, dateTimeShape.size()), dateTimeShape)) return std::nullopt;
-  const chrono::year_month_day day{chrono::year(number(text, 0, 4)),
-                                   chrono::month(static_cast<unsigned>(number(text, 5, 2))),
-                                   chrono::day(static_cast<unsigned>(number(text, 8, 2)))};
-  const int hours = number(text, 11, 2);
-  const int minutes = number(text, 14, 2);
-  const int seconds = number(text, 17, 2);  // below 60: system time knows no leap second
+  if (text.size() < dateTime.size()) return std::nullopt;
+  if (text[10] != 'T' || text[13] != ':' || text[16] != ':') return std::nullopt;
+  const auto day = dayOf(text);
+  const int hours = twoDigits(text, 11);
+  const int minutes = twoDigits(text, 14);
+  const int seconds = twoDigits(text, 17);  // below 60: system time knows no leap second
   if (!day.ok() || hours > 23 || minutes > 59 || seconds > 59) return std::nullopt;
-  auto rest = text.substr(dateTimeShape.size());
+  auto rest = text.substr(dateTime.size());
   const auto fraction = takeFraction(rest);
   const auto offset = parseOffset(rest);
   if (!fraction || !offset) return std::nullopt;
   const Date date = chrono::sys_days(day) + chrono::hours{hours} + chrono::minutes{minutes} +
                     chrono::seconds{seconds} + *fraction - *offset;
-  if (date < earliest || date >= tooLate) return std::nullopt;
-  return date;
+  return earliest <= date && date < tooLate ? std::optional(date) : std::nullopt;
 }
 
 std::string formatInternetDate(Date date) {

@@ -160,23 +160,29 @@ class Decoder {
   template <class T>
   using FieldsOf = decltype(Record<T>::fields(std::declval<T&>()));
 
-  // Goes once through the entries; the bits of `seen` are the fields met.
+  // Goes once through the entries; the bits of `seen` are the fields met. Entries mostly come in
+  // the order of the fields, so behind a field that was met the next one is tried on the next
+  // entry; an entry that no field took in a whole round is unknown.
   template <class T, std::size_t... index>
   bool readFields(Entries& entries, T& record, std::index_sequence<index...>) {
     static_assert(sizeof...(index) <= 64);
     const auto fields = Record<T>::fields(record);
     std::uint64_t seen = 0;
-    for (Entry entry; entries.next(entry);) {
-      bool isGood = true;
-      const auto take = [&](const auto& field, std::uint64_t bit) {
-        if ((seen & bit) == 0) isGood = readField(entry.value, field);
-        seen |= bit;
-        return true;
-      };
-      (void)((std::get<index>(fields).isCalled(entry.key) &&
-              take(std::get<index>(fields), std::uint64_t{1} << index)) ||
-             ...);
-      if (!isGood) return failedAt(entry.key);
+    Entry entry;
+    bool isMore = entries.next(entry);
+    bool isTaken = false;
+    const auto offer = [&](const auto& field, std::uint64_t bit) {
+      if (!isMore || !field.isCalled(entry.key)) return true;
+      if ((seen & bit) == 0 && !readField(entry.value, field)) return failedAt(entry.key);
+      seen |= bit;
+      isTaken = true;
+      isMore = entries.next(entry);
+      return true;
+    };
+    while (isMore) {
+      isTaken = false;
+      if (!(offer(std::get<index>(fields), std::uint64_t{1} << index) && ...)) return false;
+      if (!isTaken) isMore = entries.next(entry);
     }
     return ((isPresent(std::get<index>(fields), (seen >> index) & 1U)) && ...);
   }
