@@ -106,6 +106,21 @@ TEST(JsonRecord, SkipsUnknownKeysWhateverTheyHold) {
             (Tree{.count = 1, .weight = 2}));
 }
 
+TEST(JsonRecord, TakesKeysInAnyOrderWithUnknownOnesInBetween) {
+  const Tree expected{.count = 5, .weight = 2.5, .tall = false, .age = 3};
+  EXPECT_EQ(json::decode<Tree>(R"({"age":3,"leaves":[],"tall":false,"weight":2.5,"count":5})"),
+            expected);
+  EXPECT_EQ(json::decode<Tree>(
+                R"({"a":0,"weight":2.5,"b":0,"c":0,"count":5,"age":3,"d":0,"tall":false,
+                    "leaves":[],"e":0,"count":6,"f":0})"),
+            expected);
+}
+
+TEST(JsonRecord, TellsTheFirstFailureInTheOrderWritten) {
+  EXPECT_EQ(failureOf(R"({"weight":"b","count":"a","leaves":[]})").path, "weight");
+  EXPECT_EQ(failureOf(R"({"x":0,"count":"a","weight":"b"})").path, "count");
+}
+
 TEST(JsonRecord, CountsTheFirstOfAKeyThatComesTwice) {
   EXPECT_EQ(treeWith(R"("count":5,"age":1,"age":null)"), (Tree{.count = 5, .weight = 2, .age = 1}));
   EXPECT_EQ(treeWith(R"("tallies":{"a":1,"a":"x"})")->tallies->at("a"), 1);
