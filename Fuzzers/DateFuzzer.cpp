@@ -6,7 +6,6 @@
 #include <array>
 #include <bit>
 #include <chrono>
-#include <optional>
 #include <string>
 
 namespace {

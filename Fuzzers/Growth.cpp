@@ -17,7 +17,6 @@
 
 #include <cstddef>
 #include <functional>
-#include <iostream>
 #include <string>
 #include <string_view>
 #include <utility>

@@ -11,12 +11,8 @@
 #include "KestrowCore/Text.hpp"
 
 #include <algorithm>
-#include <chrono>
-#include <functional>
 #include <span>
-#include <string_view>
 #include <variant>
-#include <vector>
 
 namespace kestrow::fuzz {
 namespace {

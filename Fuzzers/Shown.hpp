@@ -4,8 +4,6 @@
 #include "KestrowCore/BoomEvent.hpp"
 #include "KestrowCore/Match.hpp"
 
-#include <string>
-
 namespace kestrow::fuzz {
 
 // Words every match of the list as the pill and the picker would, and checks what holds for all of

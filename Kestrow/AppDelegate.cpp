@@ -5,7 +5,6 @@
 #include "KestrowCore/PillContent.hpp"
 
 #include <algorithm>
-#include <chrono>
 #include <utility>
 
 namespace kestrow {

@@ -1,7 +1,6 @@
 #include "Kestrow/HourCycle.hpp"
 
 #include <string>
-#include <utility>
 
 namespace kestrow {
 

@@ -5,7 +5,6 @@
 #include "ScoreService/Feeds.hpp"
 #include "ScoreService/ScoreServer.hpp"
 
-#include <cstdint>
 #include <expected>
 #include <filesystem>
 #include <optional>

@@ -4,7 +4,6 @@
 #include "ScoreService/PlayedMatch.hpp"
 
 #include <cstdint>
-#include <optional>
 #include <string>
 
 namespace kestrow::service {

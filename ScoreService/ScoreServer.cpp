@@ -17,7 +17,6 @@
 #include <cstddef>
 #include <mutex>
 #include <optional>
-#include <string_view>
 #include <system_error>
 #include <thread>
 #include <utility>

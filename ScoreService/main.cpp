@@ -5,7 +5,6 @@
 #include <csignal>
 #include <cstdio>
 #include <string>
-#include <vector>
 
 using namespace kestrow::service;
 

@@ -10,8 +10,6 @@
 #include <xcb/xcb.h>
 #include <xcb/xinput.h>
 
-#include <algorithm>
-#include <cstdlib>
 #include <set>
 #include <utility>
 

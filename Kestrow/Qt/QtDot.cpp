@@ -2,7 +2,6 @@
 
 #include "Kestrow/Qt/QtText.hpp"
 
-#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <utility>

@@ -6,13 +6,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <utility>
 
 namespace kestrow {
 namespace {

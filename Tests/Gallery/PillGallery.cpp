@@ -12,8 +12,6 @@
 #include <array>
 #include <cmath>
 #include <cstdlib>
-#include <optional>
-#include <utility>
 
 namespace kestrow::gallery {
 

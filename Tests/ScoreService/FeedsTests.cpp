@@ -8,7 +8,6 @@
 #include <fstream>
 #include <set>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace kestrow::service {

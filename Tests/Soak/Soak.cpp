@@ -19,7 +19,6 @@
 #include <iostream>
 #include <memory>
 #include <optional>
-#include <string_view>
 #include <utility>
 
 namespace kestrow {

@@ -8,7 +8,6 @@
 #include <cstddef>
 #include <expected>
 #include <list>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>

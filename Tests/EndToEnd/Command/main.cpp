@@ -3,7 +3,6 @@
 #include "Tests/EndToEnd/ReplayCheck.hpp"
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <string>

@@ -6,8 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <string>
-#include <vector>
 
 namespace kestrow {
 namespace {
