@@ -3,6 +3,7 @@
 
 #include <stdlib.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -16,7 +17,11 @@ class TemporaryFolder {
  public:
   TemporaryFolder() {
     std::string name = (std::filesystem::temp_directory_path() / "kestrow-XXXXXX").string();
-    path_ = ::mkdtemp(name.data());
+    if (::mkdtemp(name.data()) == nullptr) {
+      throw std::filesystem::filesystem_error("can't make a folder for a test", name,
+                                              {errno, std::generic_category()});
+    }
+    path_ = name;
   }
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
