@@ -17,8 +17,8 @@ MENU_ENTRY = Path("/usr/share/applications/org.kestrow.Kestrow.desktop")
 
 
 def package_management(*command):
-    subprocess.run(["apt-get", "-o", "Dpkg::Use-Pty=0", "-y", "-qq", "--no-install-recommends", *command],
-                   check=True, stdout=subprocess.DEVNULL)
+    subprocess.run(["apt-get", "-y", "-qq", "--no-install-recommends", *command], check=True,
+                   stdout=subprocess.DEVNULL)
 
 
 def running():
