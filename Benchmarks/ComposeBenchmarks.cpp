@@ -1,4 +1,5 @@
 // What it costs to turn a content into placed elements, with a measure that costs nothing.
+#include "Benchmarks/Allocations.hpp"
 #include "KestrowCore/PillComposer.hpp"
 #include "KestrowCore/ScoreText.hpp"
 
@@ -25,6 +26,7 @@ PillContent live(std::string teams) {
 }
 
 void composeAndArrange(benchmark::State& state, const PillContent& content, double width) {
+  const Allocations counted(state);
   for ([[maybe_unused]] const auto turn : state) {
     benchmark::DoNotOptimize(
         PillComposer::contentWidth(content, PillComposer::Part::drawn, false, measure));

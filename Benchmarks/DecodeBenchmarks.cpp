@@ -1,6 +1,7 @@
 // Decoding the service's answers, beside the least it could cost (simdjson's bare parse into its
 // document, nothing read out of it) and what would be written without much thought (nlohmann parse
 // and convert). Bytes per second are of the same text.
+#include "Benchmarks/Answers.hpp"
 #include "KestrowCore/BoomEventCoding.hpp"
 #include "KestrowCore/MatchCoding.hpp"
 #include "KestrowCore/ScoreClient.hpp"
@@ -15,46 +16,6 @@
 namespace kestrow {
 
 namespace {
-
-const Date evening = *parseInternetDate("2026-04-12T14:00:00Z");
-
-Match matchNumber(std::int64_t number) {
-  Match match{.id = "ipl-2026-" + std::to_string(number),
-              .league = "Indian Premier League",
-              .team1 = {.name = "Mumbai Indians", .shortName = "MI"},
-              .team2 = {.name = "Royal Challengers Bengaluru", .shortName = "RCB"},
-              .state = MatchPhase::live,
-              .status = "Royal Challengers Bengaluru need 27 runs in 15 balls",
-              .startTime = evening + std::chrono::hours(number),
-              .innings = {{.team = "MI", .runs = 186, .wickets = 6, .overs = 20.0},
-                          {.team = "RCB", .runs = 160, .wickets = 4, .overs = 17.3}},
-              .tournament = "Indian Premier League 2026"};
-  if (number % 3 == 0) match.teams = {{"Mumbai Indians", "Royal Challengers Bengaluru"}};
-  return match;
-}
-
-std::string listOf(std::int64_t matches) {
-  MatchesResponse response{.updatedAt = evening};
-  for (std::int64_t number = 0; number < matches; ++number) {
-    auto* list = number % 4 == 0 ? &response.live : &response.upcoming;
-    if (number % 4 == 3) list = &response.finished;
-    list->push_back(matchNumber(number));
-  }
-  return encode(response);
-}
-
-std::string payloadOf(std::int64_t events) {
-  ProMatchPayload payload{.match = matchNumber(1), .newestEventId = events};
-  for (std::int64_t id = 1; id <= events; ++id) {
-    payload.keyMoments.push_back({.id = id,
-                                  .kind = static_cast<BoomKind>(id % 3),
-                                  .team = "Mumbai Indians",
-                                  .batter = "Suryakumar Yadav",
-                                  .late = false,
-                                  .at = evening + std::chrono::seconds(id * 40)});
-  }
-  return encode(payload);
-}
 
 void setBytes(benchmark::State& state, const std::string& body) {
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(body.size()));
@@ -191,13 +152,13 @@ const bool areRegistered = [] {
   };
   for (const std::int64_t count : {10, 100, 1'000, 10'000}) {
     const auto size = '/' + std::to_string(count);
-    const auto list = listOf(count);
+    const auto list = answers::listOf(count);
     add("Decode/matches/ours" + size, decodeOurs<MatchesResponse>, list);
     add("Decode/matches/bareParse" + size, parseBare, list);
     add("Decode/matches/bareParseKeptParser" + size, parseBareAgain, list);
     add("Decode/matches/nlohmann" + size, decodeNlohmann<MatchesResponse>, list);
     add("Encode/matches/ours" + size, encodeOurs, list);
-    const auto payload = payloadOf(count);
+    const auto payload = answers::eventsOf(count);
     add("Decode/events/ours" + size, decodeOurs<ProMatchPayload>, payload);
     add("Decode/events/bareParse" + size, parseBare, payload);
     add("Decode/events/bareParseKeptParser" + size, parseBareAgain, payload);

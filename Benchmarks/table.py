@@ -3,29 +3,37 @@
 Every ratio is of two figures from one run, side by side; several rounds give a median and a spread."""
 import json
 import os
+import re
 import statistics
 import subprocess
 import sys
+import tempfile
 from pathlib import Path
 
 BIN = Path(sys.argv[1]).resolve()
+HERE = Path(__file__).resolve().parent
 ROUNDS = 5
 
 
-def measured(program, pattern, *options):
+COUNTED = {}  # what each benchmark counted besides time: allocations, calls to a window
+
+
+def measured(program, pattern, *options, rounds=ROUNDS):
     """CPU seconds of each benchmark that fits, one for each round; the rounds take turns."""
     found = {}
-    for _ in range(ROUNDS):
+    for _ in range(rounds):
         done = subprocess.run(
             [BIN / program, *options, f"--benchmark_filter={pattern}", "--benchmark_format=json",
-             "--benchmark_min_time=0.2"],
+             "--benchmark_min_time=0.1"],
             stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=True,
             env=os.environ | {"QT_QPA_PLATFORM": "offscreen"})
         unit = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1}
         for result in json.loads(done.stdout)["benchmarks"]:
             if result["run_type"] == "iteration" and "error_occurred" not in result:
                 seconds = result["cpu_time"] * unit[result["time_unit"]]
-                found.setdefault(result["name"].removesuffix("/process_time"), []).append(seconds)
+                name = re.sub("/iterations:.*", "", result["name"])
+                found.setdefault(name, []).append(seconds)
+                COUNTED[name] = result
     return found
 
 
@@ -61,13 +69,18 @@ def gain_row(what, ours, name, other, least):
         statistics.median(ratios) >= least)
 
 
-def limit_row(what, ours, limit):
-    row(what, spread(ours, time_text), "", spread([v / limit for v in ours], lambda r: f"{r:.2g}"),
+def limit_row(what, ours, limit, beside=""):
+    row(what, spread(ours, time_text), beside, spread([v / limit for v in ours], lambda r: f"{r:.2g}"),
         f"under {time_text(limit)}", statistics.median(ours) < limit)
 
 
+def allocations(name):
+    return f"allocations: {COUNTED[name]['allocations']:.0f}"
+
+
 def decoding():
-    found = measured("kestrow-bench", "Decode/")
+    found = measured("kestrow-bench", "Decode/(matches|events)/(ours|bareParse|nlohmann)/")
+    beside_qt = measured("qt-benchmarks", "Decode/", rounds=3)
     for kind, what in (("matches", "a list of {} matches"), ("events", "key events: {}")):
         for count in (10, 100, 1000, 10000):
             name = f"Decode/{kind}/{{}}/{count}".format
@@ -75,33 +88,71 @@ def decoding():
             ours = found[name("ours")]
             ratio_row(label, ours, "bare parse", found[name("bareParse")], 3)
             gain_row(label, ours, "nlohmann", found[name("nlohmann")], 5)
+            gain_row(label, ours, "QJsonDocument", beside_qt[name("Qt")], 5)
 
 
 def texts_and_log():
     found = measured("kestrow-bench", "composeAndArrange|merge|Store/")
-    for name in ("Fitting", "Shortened", "ShortenedBeyondAscii"):
-        limit_row(f"compose and arrange, {name}", found[f"composeAndArrange/{name}"], 10e-6)
+    for kind in ("Fitting", "Shortened", "ShortenedBeyondAscii"):
+        name = f"composeAndArrange/{kind}"
+        limit_row(f"compose and arrange, {kind}", found[name], 10e-6, allocations(name))
     limit_row("merge one new event into 10,000", found["mergeOneNewEvent/10000"], 1e-3)
     limit_row("merge one event before 10,000 others", found["mergeOneEventBeforeTheOthers/10000"], 1e-3)
     ratio_row("update the state file", found["Store/ours"], "bare system calls", found["Store/bare"], 2)
 
 
+def instructions(function, times, program, *options):
+    """Of one call of the function, which the program makes so often."""
+    with tempfile.NamedTemporaryFile() as file:
+        done = subprocess.run(
+            ["valgrind", "--tool=callgrind", f"--callgrind-out-file={file.name}",
+             f"--toggle-collect={function}", BIN / program, *options],
+            stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, check=True, text=True)
+    return int(re.search(r"Collected : (\d+)", done.stderr).group(1)) / times
+
+
+def rendering():
+    name = "renderWithoutNews"
+    found = measured("kestrow-bench", name)
+    count = instructions("kestrow::AppDelegate::render()", 20000, "kestrow-bench",
+                         f"--benchmark_filter={name}")
+    limit_row("render when nothing changed", found[name], 100e-6,
+              f"calls to a window: {COUNTED[name]['windowCalls']:.0f}; {allocations(name)}; "
+              f"instructions: {count:,.0f}")
+
+
+def drawing():
+    found = measured("qt-benchmarks", "drawPill|truncateTeams")
+    for name, what in (("drawPill/1", "draw the pill, 1 ×"), ("drawPill/2", "draw the pill, 2 ×"),
+                       ("truncateTeams", "shorten the teams, measuring with Qt")):
+        limit_row(what, found[name], 5e-3, allocations(name))
+
+
 def panel():
-    found = measured("panel-benchmarks", ".*")
+    found = measured("qt-benchmarks", "open|refresh")
     budgets = {"openFirstTime": 50e-3, "openAgain": 50e-3, "refreshWithOneNewMoment": 5e-3,
                "refreshWithoutNews": 5e-3}
     for name, values in sorted(found.items()):
         limit_row(f"panel: {name}", values, budgets[name.split("/")[0]])
 
 
+def run(title, script, *arguments):
+    print(f"\n{title}:\n", flush=True)
+    return subprocess.run([sys.executable, "-B", HERE / script, BIN, *arguments], check=False).returncode
+
+
 def main():
     print("| what | ours | beside | ratio | budget | kept |\n|---|---|---|---|---|---|")
     decoding()
     texts_and_log()
+    rendering()
+    drawing()
     panel()
-    print("\nStart and memory, in turns on one display:\n", flush=True)
-    start = Path(__file__).resolve().parent / "Start" / "start_benchmarks.py"
-    return subprocess.run([sys.executable, "-B", start, BIN, str(2 * ROUNDS + 1)], check=False).returncode
+    return max([
+        run("Start and memory, in turns on one display", "Desktop/start.py", str(2 * ROUNDS + 1)),
+        run("A quiet minute", "Desktop/idle.py"),
+        run("The program in use", "Desktop/pixels.py"),
+        run("The score service", "Service/service.py")])
 
 
 sys.exit(main())

@@ -1,0 +1,78 @@
+"""What a quiet minute costs. Arguments: the folder of the built programs, one of the cases below and
+the seconds (default 60); without a case, all of them at the same time, each in a session and a network
+of its own."""
+import subprocess
+import sys
+import time
+from pathlib import Path
+
+from measuring import BIN, NOW, Screen, cpu, new_session, switches, wait_until
+
+# Each with the dot pulsing, but for the first; the polls of a live match are in it.
+CASES = {
+    "at rest": {},
+    "pulsing": {"live": True},
+    "pulsing, with a compositor": {"live": True, "compositor": True},
+    "hidden": {"live": True, "hidden": True},
+    "panel open": {"panel": True},
+}
+
+
+def x_server(session):
+    return session.processes.named("Xvfb").pid
+
+
+def prepare(session, live=False, compositor=False, hidden=False, panel=False):
+    """Starts the program; gives the processes to look at, by name."""
+    session.start_window_manager()
+    pids = {}
+    if compositor:
+        pids["compositor"] = session.start_compositor().pid
+    session.start_service(*NOW, "--start", "chase:5.0" if live else "break")
+    session.seed_state(followedMatchId="match-1")
+    if hidden:
+        file = session.home / "config" / "Kestrow" / "Kestrow.conf"
+        file.parent.mkdir(parents=True)
+        file.write_text("[General]\npillHidden=true\n")
+    screen = Screen(session)
+    empty = screen.row()
+    session.start_program()
+    if not hidden:
+        screen.wait_for_change(empty, "the program")
+    time.sleep(3)
+    if panel:
+        closed = len(session.windows())
+        session.pointer(640, 12, 1)
+        wait_until(lambda: len(session.windows()) > closed, "the panel")
+    time.sleep(8)  # a connection and the threads of the start are let go
+    return {"Kestrow": session.program.pid, "X server": x_server(session), **pids}
+
+
+def one(case, seconds):
+    session = new_session()
+    try:
+        pids = prepare(session, **CASES[case])
+        pid = session.program.pid
+        before = {name: cpu(pid) for name, pid in pids.items()}
+        woken = switches(pid)
+        time.sleep(seconds)
+        woken = switches(pid) - woken
+        shares = {name: (cpu(pid) - before[name]) / seconds for name, pid in pids.items()}
+    finally:
+        session.end()
+    parts = ", ".join(f"{name} {share:.3%}" for name, share in shares.items())
+    print(f"| {case} | {parts} | {woken / seconds:.2f} |")
+
+
+def main():
+    print("| | of a core | context switches a second |\n|---|---|---|", flush=True)
+    seconds = "60"
+    started = [subprocess.Popen([sys.executable, "-B", Path(__file__), BIN, case, seconds])
+               for case in CASES]
+    return max(process.wait() for process in started)
+
+
+if len(sys.argv) > 2:
+    one(sys.argv[2], float(sys.argv[3]) if len(sys.argv) > 3 else 60)
+else:
+    sys.exit(main())

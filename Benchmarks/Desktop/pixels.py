@@ -1,0 +1,84 @@
+"""From the last byte of an answer to the changed pixel, and memory after the panel was opened and
+closed. Arguments: the folder of the built programs, and how many of each (default 20 and 100)."""
+import sys
+import threading
+import time
+
+from measuring import Screen, memory, middle, new_session, settle, wait_until
+
+from harness.scores import Scores, match  # noqa: E402
+
+ANSWERS = int(sys.argv[2]) if len(sys.argv) > 2 else 20
+OPENINGS = int(sys.argv[3]) if len(sys.argv) > 3 else 100
+
+
+class TimedScores(Scores):
+    """Remembers when the last byte of a match list went out."""
+    sent = 0.0
+
+    def _send(self, request, status, record):
+        super()._send(request, status, record)
+        if "live" in record:
+            self.sent = time.monotonic()
+
+
+def resting(runs):
+    """A match in the break, for the dot of a live one never stands still."""
+    return match("m1", state="innings break", score=(runs, 3, 15.2))
+
+
+def answers(session, screen, scores):
+    """Milliseconds from each answer to its pixels."""
+    found = []
+    for turn in range(ANSWERS):
+        before = screen.row()
+        scores.matches["live"] = [resting(100 + 7 * turn)]
+        threading.Thread(target=session.wake_for_news).start()
+        found.append((screen.wait_for_change(before, "the answer") - scores.sent) * 1000)
+        time.sleep(0.3)
+    return found
+
+
+def openings(session):
+    """Megabytes more after the first opening, and after all of them."""
+    closed = len(session.windows())
+
+    def one():
+        session.pointer(640, 12, 1)
+        wait_until(lambda: len(session.windows()) > closed, "the panel")
+        session.pointer(640, 12, 1)
+        wait_until(lambda: len(session.windows()) == closed, "the panel to close")
+
+    pid = session.program.pid
+    at_start = memory(pid)["RSS, MB"]
+    for turn in range(OPENINGS):
+        one()
+        if turn == 0:
+            settle(pid)
+            first = memory(pid)["RSS, MB"] - at_start
+    settle(pid)
+    return first, memory(pid)["RSS, MB"] - at_start
+
+
+def main():
+    session = new_session()
+    scores = TimedScores(live=[resting(145)])
+    try:
+        session.start_window_manager()
+        session.seed_state(followedMatchId="m1")
+        screen = Screen(session)
+        empty = screen.row()
+        session.start_program()
+        screen.wait_for_change(empty, "the program")
+        settle(session.program.pid)
+        print(f"- from an answer's last byte to the changed pixel: {middle(answers(session, screen, scores))} ms")
+        settle(session.program.pid)
+        first, all_of_them = openings(session)
+        print(f"- memory on top after the panel was opened and closed: once {first:.1f} MB, "
+              f"{OPENINGS} times {all_of_them:.1f} MB")
+    finally:
+        scores.close()
+        session.end()
+
+
+main()

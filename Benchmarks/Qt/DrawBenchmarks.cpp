@@ -1,0 +1,72 @@
+// What it costs to draw the pill, and to fit its texts in, with the desktop's fonts.
+#include "Benchmarks/Allocations.hpp"
+#include "Kestrow/PillWindow.hpp"
+#include "Kestrow/Qt/QtCanvas.hpp"
+#include "KestrowCore/PillComposer.hpp"
+#include "Tests/Support/FakeDesktop.hpp"
+
+#include <QImage>
+#include <QPainter>
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+
+namespace kestrow {
+namespace {
+
+class MeasuringDesktop final : public FakeDesktop {
+ public:
+  TextMeasurer& textMeasurer() override { return measurer_; }
+
+ private:
+  qt::QtTextMeasurer measurer_;
+};
+
+PillContent live(std::string teams) {
+  PillContent content;
+  content.status = PillContent::Status::live;
+  content.teams = std::move(teams);
+  content.primary = "145/3";
+  content.secondary = "15.2 ov";
+  return content;
+}
+
+// The picture anew, at so many pixels for a point.
+void drawPill(benchmark::State& state) {
+  const auto scale = static_cast<double>(state.range(0));
+  MeasuringDesktop desktop;
+  FakeDefaults defaults;
+  PillController pill(live("MI v CSK"), defaults, desktop);
+  pill.show(live("MI v CSK"), TeamTheme::standard(), PillEmphasis::none, false);
+  const auto surface = desktop.surface();
+  const Rect bounds{0, 0, surface->frame.width, surface->frame.height};
+  QImage picture(static_cast<int>(std::ceil(bounds.width * scale)),
+                 static_cast<int>(std::ceil(bounds.height * scale)),
+                 QImage::Format_ARGB32_Premultiplied);
+  picture.setDevicePixelRatio(scale);
+  const Allocations counted(state);
+  for ([[maybe_unused]] const auto turn : state) {
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    qt::QtCanvas canvas(painter, bounds, scale);
+    surface->client->draw(canvas, bounds, scale);
+  }
+}
+BENCHMARK(drawPill)->Arg(1)->Arg(2)->Unit(benchmark::kMicrosecond);
+
+// Team names that have to be cut, each cut measured.
+void truncateTeams(benchmark::State& state) {
+  MeasuringDesktop desktop;
+  const PillContent content = live("Mumbai Indians v Royal Challengers Bengaluru");
+  const PillView view(content, desktop);
+  const MeasureText measure = view.measure();
+  const Allocations counted(state);
+  for ([[maybe_unused]] const auto turn : state) {
+    benchmark::DoNotOptimize(
+        PillComposer::arrange(content, PillComposer::Part::drawn, 240, false, measure));
+  }
+}
+BENCHMARK(truncateTeams)->Unit(benchmark::kMicrosecond);
+
+}  // namespace
+}  // namespace kestrow
