@@ -1,4 +1,4 @@
-#include "Benchmarks/Allocations.hpp"
+#include "Benchmarks/Counted/Allocations.hpp"
 
 #include <cstddef>
 

@@ -1,5 +1,5 @@
 // What it costs to turn a content into placed elements, with a measure that costs nothing.
-#include "Benchmarks/Allocations.hpp"
+#include "Benchmarks/Counted/Allocations.hpp"
 #include "KestrowCore/PillComposer.hpp"
 #include "KestrowCore/ScoreText.hpp"
 

@@ -1,5 +1,5 @@
 // What it costs to draw the pill, and to fit its texts in, with the desktop's fonts.
-#include "Benchmarks/Allocations.hpp"
+#include "Benchmarks/Counted/Allocations.hpp"
 #include "Kestrow/PillWindow.hpp"
 #include "Kestrow/Qt/QtCanvas.hpp"
 #include "KestrowCore/PillComposer.hpp"

@@ -1,5 +1,5 @@
 // What a render costs that finds everything as it was: the program does one with every answer.
-#include "Benchmarks/Allocations.hpp"
+#include "Benchmarks/Counted/Allocations.hpp"
 #include "Kestrow/AppDelegate.hpp"
 #include "KestrowCore/BoomEventCoding.hpp"
 #include "KestrowCore/MatchCoding.hpp"
