@@ -1,5 +1,9 @@
 #include "Kestrow/BoomPresentation.hpp"
 
+#include "KestrowCore/Text.hpp"
+
+#include <string>
+
 namespace kestrow {
 
 namespace {
@@ -34,7 +38,7 @@ std::pair<PillContent, PillEmphasis> BoomPresentation::present(const BoomEvent& 
 }
 
 void BoomPresentation::announce(Desktop& desktop, std::string_view text) {
-  desktop.announce(text);
+  desktop.announce(text::readable(std::string(text)));
 }
 
 }  // namespace kestrow

@@ -39,13 +39,10 @@ struct PanelId {
 
 namespace panel_nodes {
 
-// Bytes of one text from the service that are shown. Nobody reads further, and laying out a text
-// of megabytes would hold up the program.
-inline constexpr std::size_t longestText = 4000;
-
 // Matches that are offered, the first ones of the list. No day of cricket has as many, and building
-// controls for a hundred thousand would hold up the program.
-inline constexpr std::size_t mostMatches = 1000;
+// controls for a thousand, with word of each to assistive technology, takes longer than a click
+// may.
+inline constexpr std::size_t mostMatches = 200;
 
 // The whole panel. `canExcludeFromCaptures` says whether the desktop leaves a choice about screen
 // shares; where it does not, the panel says so instead of promising.

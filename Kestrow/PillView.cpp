@@ -1,5 +1,7 @@
 #include "Kestrow/PillView.hpp"
 
+#include "KestrowCore/Text.hpp"
+
 #include <algorithm>
 #include <utility>
 #include <variant>
@@ -89,11 +91,13 @@ void PillView::setContent(PillContent content) {
 }
 
 void PillView::setTheme(const TeamTheme& theme) {
+  if (theme_ == theme) return;
   theme_ = theme;
   changed();
 }
 
 void PillView::setEmphasis(PillEmphasis emphasis) {
+  if (emphasis_ == emphasis) return;
   emphasis_ = emphasis;
   changed();
 }
@@ -294,7 +298,7 @@ void PillView::click() {
 }
 
 std::string PillView::accessibilityLabel() const {
-  return content_.accessibilityLabel();
+  return text::readable(content_.accessibilityLabel());
 }
 
 }  // namespace kestrow

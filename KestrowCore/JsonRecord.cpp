@@ -1,5 +1,8 @@
 #include "KestrowCore/JsonRecord.hpp"
 
+#include <algorithm>
+#include <string>
+
 namespace kestrow::json {
 
 namespace {

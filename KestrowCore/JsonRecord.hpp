@@ -17,7 +17,6 @@
 
 #include "KestrowCore/Json.hpp"
 
-#include <algorithm>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
@@ -87,6 +86,11 @@ auto withDefault(const char (&key)[size], T& value) {
 // is put together on the way out, so a decoding that succeeds does nothing for it.
 class Decoder {
  public:
+  // Longer lists, and texts of more bytes, are refused. None of ours comes near, and what is done
+  // with them keeps the main thread from answering clicks.
+  static constexpr std::size_t longestList = 10'000;
+  static constexpr std::size_t longestText = 16'384;
+
   const Error& failure() const { return failure_; }
 
   bool read(const Value& value, bool& out) {
@@ -101,6 +105,7 @@ class Decoder {
   bool read(const Value& value, std::string& out) {
     std::string_view text;
     if (!value.get(text)) return mismatch("a text", value);
+    if (text.size() > longestText) return fail("a text that is too long");
     out.assign(text);
     return true;
   }
@@ -126,10 +131,9 @@ class Decoder {
   bool read(const Value& value, std::vector<T>& out) {
     if (value.kind() != Kind::array) return mismatch("a list", value);
     Items items(value);
+    if (items.count() > longestList) return fail("a list that is too long");
     out.clear();
-    // The count is taken at its word up to here only: a short text can hold very many bad items.
-    constexpr std::size_t maxReserved = 1024;
-    out.reserve(std::min(items.count(), maxReserved));
+    out.reserve(items.count());
     for (Value item; items.next(item);) {
       if (!read(item, out.emplace_back())) return failedAt(out.size() - 1);
     }

@@ -20,19 +20,31 @@ std::vector<std::string_view> cutAtVersus(std::string_view text) {
   }
 }
 
+std::string shortenedTo(std::string_view start) {
+  return std::string(trimmingTrailingSpaces(start)) + ellipsis;
+}
+
 // A text's start that is long enough to hold every shortening of at most `width`. A text may be
 // narrower than its own start, where letters join, but never by this factor; so very long texts are
 // not measured at every length.
 std::string_view worthMeasuring(std::string_view text, double width,
                                 const std::function<double(std::string_view)>& measure) {
-  constexpr double joiningAtMost = 4;
-  for (std::size_t count = 16;; count *= 2) {
-    const std::string_view start = text::prefix(text, count);
+  constexpr double joiningAtMost = 2;
+  const auto isTooWide = [&](std::string_view start) {
+    return measure(shortenedTo(start)) > joiningAtMost * width;
+  };
+  std::size_t few = 0;
+  std::size_t many = 16;
+  for (;; few = many, many *= 2) {
+    const std::string_view start = text::prefix(text, many);
     if (start.size() == text.size()) return text;
-    std::string shortened(trimmingTrailingSpaces(start));
-    shortened += ellipsis;
-    if (measure(shortened) > joiningAtMost * width) return start;
+    if (isTooWide(start)) break;
   }
+  while (many - few > 1) {
+    const std::size_t middle = few + (many - few) / 2;
+    (isTooWide(text::prefix(text, middle)) ? many : few) = middle;
+  }
+  return text::prefix(text, many);
 }
 
 }  // namespace
@@ -176,10 +188,8 @@ std::string PillContent::truncate(std::string_view text, double width,
     rest.remove_suffix(characters.back().size());
     characters.pop_back();
   }
-  std::string candidate;
   while (!characters.empty()) {
-    candidate = trimmingTrailingSpaces(rest);
-    candidate += ellipsis;
+    std::string candidate = shortenedTo(rest);
     if (measure(candidate) <= width) return candidate;
     rest.remove_suffix(characters.back().size());
     characters.pop_back();

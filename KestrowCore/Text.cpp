@@ -263,6 +263,12 @@ std::string_view firstBytes(std::string_view utf8, std::size_t bytes) {
   return utf8.substr(0, bytes);
 }
 
+std::string readable(std::string utf8) {
+  if (utf8.size() <= longestRead) return utf8;
+  utf8.resize(firstBytes(utf8, longestRead).size());
+  return utf8 + "…";
+}
+
 std::string_view trimmed(std::string_view utf8, WhiteSpace which) {
   Utf8Text text(utf8);
   std::size_t start = 0;

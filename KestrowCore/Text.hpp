@@ -43,6 +43,11 @@ std::string_view prefix(std::string_view utf8, std::size_t count);
 // nobody reads to its end: it costs nothing, however long the text is.
 std::string_view firstBytes(std::string_view utf8, std::size_t bytes);
 
+// The text, or so many bytes of it at most with "…" behind. Nobody reads further, and handing the
+// desktop or assistive technology a text of megabytes would hold up the program.
+inline constexpr std::size_t longestRead = 4000;
+std::string readable(std::string utf8);
+
 // Without white space at both ends. `spacesAndTabs` keeps line breaks.
 enum class WhiteSpace { spacesAndTabs, withLineBreaks };
 std::string_view trimmed(std::string_view utf8, WhiteSpace which);

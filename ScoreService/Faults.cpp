@@ -12,7 +12,7 @@ namespace {
 
 constexpr double maxSeconds = 3600;
 // One byte more than a client takes.
-constexpr std::int64_t defaultOversize = (std::int64_t{16} << 20) + 1;
+constexpr std::int64_t defaultOversize = (std::int64_t{4} << 20) + 1;
 constexpr std::int64_t maxOversize = std::int64_t{1} << 40;
 
 constexpr std::array<std::pair<std::string_view, Fault::Kind>, 8> kinds{{

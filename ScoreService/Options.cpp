@@ -28,7 +28,7 @@ Faults are KIND[=VALUE][@WHEN][@PATH]; several may be given, each counts the req
   drop                the connection closes without an answer
   truncate            the connection closes after half of the body
   garbage             a body that is not JSON
-  oversize[=BYTES]    a very long body, one byte over 16 MiB unless told otherwise
+  oversize[=BYTES]    a very long body, one byte over 4 MiB unless told otherwise
   drip=SECONDS        the body comes 16 bytes at a time, that far apart
   redirect=URL        a 302 to this address
 WHEN is every:N (each Nth request), first:N, after:N (all but the first N) or rate:P (0 to 1, the

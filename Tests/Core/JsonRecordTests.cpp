@@ -170,10 +170,17 @@ TEST(JsonRecord, RefusesAValueThatItsCheckRefuses) {
   EXPECT_TRUE(treeWith(R"("age":0)").has_value());
 }
 
-TEST(JsonRecord, ReadsListsLongerThanTheRoomMadeAtFirst) {
+TEST(JsonRecord, ReadsListsUpToTheLimitAndNoLongerOnes) {
   std::string names = "\"n\"";
-  for (int count = 1; count < 3000; ++count) names += ",\"n\"";
-  EXPECT_EQ(treeWith("\"names\":[" + names + "]")->names.size(), 3000U);
+  for (int count = 1; count < 10'000; ++count) names += ",\"n\"";
+  EXPECT_EQ(treeWith("\"names\":[" + names + "]")->names.size(), 10'000U);
+  EXPECT_EQ(failureWith("\"names\":[" + names + ",\"n\"]"), "names: a list that is too long");
+}
+
+TEST(JsonRecord, ReadsTextsUpToTheLimitAndNoLongerOnes) {
+  const std::string longest(16'384, 'n');
+  EXPECT_EQ(treeWith("\"names\":[\"" + longest + "\"]")->names.front(), longest);
+  EXPECT_EQ(failureWith("\"names\":[\"" + longest + "n\"]"), "names[0]: a text that is too long");
 }
 
 TEST(JsonRecord, DecodesAListOrAMapAsAWholeDocument) {

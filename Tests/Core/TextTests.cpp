@@ -127,6 +127,15 @@ TEST(TextFirstBytes, AreCutBetweenCodePoints) {
   EXPECT_EQ(text::firstBytes("\x80\x80\x80", 2), "");
 }
 
+TEST(TextReadable, IsCutBetweenCodePointsWhereNobodyReadsOn) {
+  const std::string longest(text::longestRead, 'x');
+  EXPECT_EQ(text::readable(longest), longest);
+  EXPECT_EQ(text::readable(longest + "x"), longest + "…");
+  const std::string almost(text::longestRead - 1, 'x');
+  EXPECT_EQ(text::readable(almost + "漢"), almost + "…");
+  EXPECT_EQ(text::readable(almost + "\u00E9x"), almost + "…");
+}
+
 TEST(TextTrimmed, SpacesAndTabsGoAndLineBreaksStay) {
   using enum text::WhiteSpace;
   EXPECT_EQ(text::trimmed(" \t\u00a0\u2003a b\u3000 ", spacesAndTabs), "a b");

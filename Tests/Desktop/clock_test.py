@@ -1,4 +1,5 @@
-"""The traveller's computer: the system's time zone changes while the program runs."""
+"""The traveller's computer: the system's time zone changes while the program runs, its locale between
+two starts."""
 import os
 import subprocess
 from datetime import datetime, timedelta, timezone
@@ -24,6 +25,21 @@ class Clock(DesktopTest):
         session.pill("19:30", seconds=10)
         self.move_to("America/New_York")
         session.pill("10:00" if self.is_summer_in_new_york(tomorrow) else "09:00", seconds=10)
+
+    def test_start_times_are_worded_as_the_locale_of_the_start_has_them(self):
+        # A program keeps the locale that it was started with: the desktop's choice counts from the
+        # next start on.
+        session = self.open_session()
+        tomorrow = (datetime.now(timezone.utc) + timedelta(days=1)).date()
+        scores = Scores(upcoming=[fixture("m1", "Mumbai Indians", "Chennai Super Kings",
+                                          startTime=f"{tomorrow}T14:05:00Z")])
+        self.addCleanup(scores.close)
+        session.seed_state(followedMatchId="m1")
+        for locale, start, half in (("en_US.UTF-8", " 2:05", "PM"), ("de_DE.UTF-8", " 14:05", ""),
+                                    ("en_IN.UTF-8", " 2:05", "pm"), ("none such", " 14:05", "")):
+            program = session.start_program(LANG=locale)
+            self.assertIn(half, session.pill(start).name)
+            session.processes.stop(program)
 
     def give_own_system_folder(self, session):
         """The program sees a copy in place of /etc, which the test may change."""

@@ -14,13 +14,14 @@ class Corners(PillTest):
     def test_its_corners_show_the_desktop_with_a_compositor_and_without_at_any_time(self):
         desktop = [self.DESKTOP] * 2
         wait_until(lambda: self.corners() == desktop, "round corners without a compositor")
-        compositor = self.session.start_compositor()
-        self.session.run("xsetroot", "-solid", "#5f7288")
-        wait_until(lambda: not self.is_shaped(), "the window without a shape of its own")
-        wait_until(lambda: (0, 0, 0) not in self.corners(), "round corners under a compositor")
-        self.session.processes.stop(compositor)
-        wait_until(self.is_shaped, "the window in the pill's shape")
-        wait_until(lambda: self.corners() == desktop, "round corners again")
+        for dies in (False, True):
+            compositor = self.session.start_compositor()
+            self.session.run("xsetroot", "-solid", "#5f7288")
+            wait_until(lambda: not self.is_shaped(), "the window without a shape of its own")
+            wait_until(lambda: (0, 0, 0) not in self.corners(), "round corners under a compositor")
+            self.session.processes.stop(compositor, kill=dies)
+            wait_until(self.is_shaped, "the window in the pill's shape")
+            wait_until(lambda: self.corners() == desktop, "round corners again")
 
     def is_shaped(self):
         return "No window shape" not in self.session.run("xwininfo", "-shape", "-id", self.window)

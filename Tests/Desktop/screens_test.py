@@ -62,6 +62,16 @@ class Screens(PanelTest):
         self.session.run("xrandr", "--setmonitor", "*right", "640/169x800/211+640+0", "none")
         self.assert_centred(960)
 
+    def test_goes_on_while_there_is_no_screen_at_all(self):
+        # It then complains that the desktop can't be of no size.
+        self.session.run("xrandr", "--output", "screen", "--off", check=False)
+        wait_until(lambda: "Monitors: 0" in self.session.run("xrandr", "--listmonitors"), "no screen")
+        self.assertTrue(stays(lambda: self.session.program.poll() is None, 0.7))
+        self.session.run("xrandr", "--output", "screen", "--auto")
+        self.assert_centred(640, 24)
+        self.session.accessibility.act(self.session.pill())
+        wait_until(self.dialog, "the panel")
+
     def test_stays_in_the_middle_of_a_screen_that_is_resized(self):
         self.session.run("xrandr", "--setmonitor", "*only", "800/211x600/158+0+0", "screen")
         self.assert_centred(400)

@@ -1,4 +1,5 @@
 #include "Kestrow/BoomPresentation.hpp"
+#include "KestrowCore/Text.hpp"
 #include "Tests/Support/FakeDesktop.hpp"
 
 #include <gtest/gtest.h>
@@ -60,6 +61,8 @@ TEST(BoomPresentation, AnnouncesThroughTheDesktop) {
   FakeDesktop desktop;
   BoomPresentation::announce(desktop, "SIX! R Sharma (MI)");
   EXPECT_EQ(desktop.announcements, std::vector<std::string>{"SIX! R Sharma (MI)"});
+  BoomPresentation::announce(desktop, std::string(text::longestRead + 1, 'x'));
+  EXPECT_EQ(desktop.announcements.back(), std::string(text::longestRead, 'x') + "…");
 }
 
 }  // namespace

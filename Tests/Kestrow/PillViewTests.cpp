@@ -1,4 +1,5 @@
 #include "Kestrow/PillView.hpp"
+#include "KestrowCore/Text.hpp"
 #include "Tests/Support/FakeDesktop.hpp"
 #include "Tests/Support/RecordingCanvas.hpp"
 
@@ -496,6 +497,13 @@ TEST_F(PillViewTest, ANewLabelIsToldAndTheSameOneIsNot) {
   view_.setContent(content);
   EXPECT_EQ(record->labelChanges, 1);
   EXPECT_EQ(view_.accessibilityLabel(), "MI v CSK, 145/3, 15.2 ov, stale");
+}
+
+TEST_F(PillViewTest, AssistiveTechnologyIsSparedATextThatNobodyHearsToItsEnd) {
+  auto content = live();
+  content.teams = std::string(text::longestRead + 1, 'w');
+  view_.setContent(content);
+  EXPECT_EQ(view_.accessibilityLabel(), std::string(text::longestRead, 'W') + "…");
 }
 
 TEST_F(PillViewTest, AClickDoesWhatItIsToldTo) {

@@ -57,6 +57,7 @@ COMMANDS = {
     "scripts/fuzz 600 text": Tried("scripts/fuzz 6 text"),
     "scripts/soak": Tried("scripts/soak --hours 6"),
     "scripts/memcheck": Tried(),
+    "scripts/clicks": Tried("scripts/clicks 1"),
     "scripts/mutate": Tried("scripts/mutate --count 4 --below 0 Match.cpp"),
     "scripts/bench": Tried(),
     "cmake --preset debug": RunBy("scripts/test", "cmake --preset debug"),

@@ -31,7 +31,7 @@ TEST(Faults, ReadsEachKind) {
   EXPECT_EQ(parseFault("drop"), (Fault{.kind = Kind::drop}));
   EXPECT_EQ(parseFault("truncate"), (Fault{.kind = Kind::truncate}));
   EXPECT_EQ(parseFault("garbage"), (Fault{.kind = Kind::garbage}));
-  EXPECT_EQ(parseFault("oversize"), (Fault{.kind = Kind::oversize, .bytes = 16777217}));
+  EXPECT_EQ(parseFault("oversize"), (Fault{.kind = Kind::oversize, .bytes = 4194305}));
   EXPECT_EQ(parseFault("oversize=100"), (Fault{.kind = Kind::oversize, .bytes = 100}));
   EXPECT_EQ(parseFault("drip=0.1"), (Fault{.kind = Kind::drip, .seconds = 0.1}));
   EXPECT_EQ(parseFault("redirect=/a?b=c"), (Fault{.kind = Kind::redirect, .location = "/a?b=c"}));
