@@ -316,6 +316,8 @@ TEST(CountdownDuration, IsInDaysAndHoursFromADayOn) {
   EXPECT_EQ(Countdown::duration(Seconds(86400)), "1d");
   EXPECT_EQ(Countdown::duration(Seconds(89999)), "1d");
   EXPECT_EQ(Countdown::duration(Seconds(90000)), "1d 1h");
+  // The first number of hours that can't be counted is told as the last that can.
+  EXPECT_EQ(Countdown::duration(Seconds(0x1p63 * 3600)), "384307168202282325d 7h");
   EXPECT_EQ(Countdown::duration(Seconds(2 * 86400 + 5 * 3600)), "2d 5h");
 }
 

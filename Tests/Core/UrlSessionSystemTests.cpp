@@ -5,6 +5,7 @@
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <malloc.h>
 #include <netdb.h>
 
 #include <atomic>
@@ -100,6 +101,18 @@ TEST_F(UrlSessionOnItsSystem, SleepsWhileThereIsNothingToDo) {
   ASSERT_FALSE(asleep.empty());
   loop().runUntil([] { return false; }, Seconds(0.3));
   EXPECT_EQ(wakeUps(own), asleep);
+}
+
+TEST_F(UrlSessionOnItsSystem, KeepsNothingOfRequestsThatAreOver) {
+  const RawHttpServer server(answering(httpAnswer("x")));
+  const auto inUseAfter = [&](int requests) {
+    for (int i = 0; i < requests; ++i) EXPECT_TRUE(fetch(server.url()).has_value());
+    return ::mallinfo2().uordblks;
+  };
+  const std::size_t before = inUseAfter(20);
+  constexpr int requests = 100;
+  constexpr std::size_t mostForEach = 1000;
+  EXPECT_LT(inUseAfter(requests), before + requests * mostForEach);
 }
 
 TEST_F(UrlSessionOnItsSystem, ANameServerThatIsAwayHoldsUpNobodyElse) {
