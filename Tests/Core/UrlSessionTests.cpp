@@ -99,6 +99,12 @@ TEST_F(UrlSessionTest, AsksHttpOnly) {
   }
 }
 
+TEST_F(UrlSessionTest, FailsWhereTheLibraryRefusesTheRequest) {
+  const auto result = fetch("http://127.0.0.1/" + std::string(8'000'001, 'x'));
+  ASSERT_FALSE(result.has_value());
+  EXPECT_NE(result.error().description, "the test's patience is at its end");
+}
+
 TEST_F(UrlSessionTest, KeepsConnectionsButNoCookiesAndNoCache) {
   const RawHttpServer server(answering(httpAnswer(
       "x", "200 OK", "Set-Cookie: id=1\r\nETag: \"e\"\r\nCache-Control: max-age=99\r\n")));
