@@ -4,11 +4,11 @@
 
 // The C library's own functions, behind those that it lets a program put in their place.
 extern "C" {
-// NOLINTBEGIN(bugprone-reserved-identifier): the C library's names.
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): the C library's names.
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
 void* __libc_realloc(void* block, std::size_t size);
-// NOLINTEND(bugprone-reserved-identifier)
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
 }
 
 namespace {
