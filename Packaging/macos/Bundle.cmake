@@ -22,12 +22,18 @@ add_custom_command(OUTPUT ${icon}
 add_custom_target(kestrow-icon DEPENDS ${icon})
 add_dependencies(kestrow kestrow-icon)
 
+# The notices of the libraries that become part of the bundle, which must go wherever they go.
+file(GLOB licences CONFIGURE_DEPENDS ${here}/licences/*.txt)
+
 # A processor of Apple's runs signed code only, and nothing may change a bundle after its signing. Here
 # the signature is nobody's; Docs/macos.md tells how to give it one that other Macs trust.
 set(KESTROW_SIGNING_IDENTITY "-" CACHE STRING "Who signs Kestrow.app; - for a signature of nobody's")
+set(resources $<TARGET_BUNDLE_CONTENT_DIR:kestrow>/Resources)
 add_custom_command(TARGET kestrow POST_BUILD
-  COMMAND ${CMAKE_COMMAND} -E make_directory $<TARGET_BUNDLE_CONTENT_DIR:kestrow>/Resources
-  COMMAND ${CMAKE_COMMAND} -E copy ${icon} $<TARGET_BUNDLE_CONTENT_DIR:kestrow>/Resources
+  COMMAND ${CMAKE_COMMAND} -E make_directory ${resources}/Licences
+  COMMAND ${CMAKE_COMMAND} -E copy ${icon} ${resources}
+  COMMAND ${CMAKE_COMMAND} -E copy ${CMAKE_SOURCE_DIR}/LICENSE ${resources}/Licences/Kestrow.txt
+  COMMAND ${CMAKE_COMMAND} -E copy ${licences} ${resources}/Licences
   COMMAND codesign --force --sign ${KESTROW_SIGNING_IDENTITY} $<TARGET_BUNDLE_DIR:kestrow>
   VERBATIM)
 

@@ -58,6 +58,34 @@ class InfoPlist(unittest.TestCase):
         self.assertIs(False, self.info["NSSupportsSuddenTermination"])
 
 
+class Licences(unittest.TestCase):
+    # macOS has these itself.
+    OF_THE_SYSTEM = {"CURL", "Threads"}
+
+    def libraries(self):
+        found = set(re.findall(r"find_package\((\w+)", text_of("KestrowCore/CMakeLists.txt")))
+        return sorted(found - self.OF_THE_SYSTEM)
+
+    def test_every_library_in_the_bundle_has_its_notice_there(self):
+        self.assertIn("ICU", self.libraries())
+        for library in self.libraries():
+            notice = text_of(f"Packaging/macos/licences/{library.replace('_', '-')}.txt")
+            self.assertIn("Copyright ", notice)
+            self.assertIn("WITHOUT WARRANT", notice)
+
+    def test_the_notice_of_unicode_names_the_data_that_is_linked_with_it(self):
+        notice = text_of("Packaging/macos/licences/ICU.txt")
+        for part in ("UNICODE LICENSE V3", "cjdict.txt", "laodict.txt", "burmesedict.txt"):
+            self.assertIn(part, notice)
+
+    def test_the_notices_are_in_the_bundle_before_it_is_signed(self):
+        steps = text_of("Packaging/macos/Bundle.cmake")
+        self.assertIn("GLOB licences CONFIGURE_DEPENDS ${here}/licences/*.txt", steps)
+        self.assertLess(steps.index("copy ${licences} ${resources}/Licences"), steps.index("COMMAND codesign"))
+        self.assertLess(steps.index("LICENSE ${resources}/Licences/Kestrow.txt"),
+                        steps.index("COMMAND codesign"))
+
+
 class Icon(unittest.TestCase):
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
