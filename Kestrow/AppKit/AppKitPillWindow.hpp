@@ -5,11 +5,13 @@
 #import "Kestrow/AppKit/PillView.hpp"
 #include "Kestrow/AppKit/StatusDot.hpp"
 #include "Kestrow/Platform/PillSurface.hpp"
+#include "KestrowCore/Subscription.hpp"
 
 #import <AppKit/AppKit.h>
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace kestrow::appkit {
 
@@ -37,6 +39,7 @@ class AppKitPillWindow final : public PillSurface {
   NSPanel* _Nonnull panel_;
   Rect target_;
   std::shared_ptr<PillMove> move_;  // the latest; its end may come after this object
+  std::vector<Subscription> maybeSeenAgain_;
 };
 
 }  // namespace kestrow::appkit

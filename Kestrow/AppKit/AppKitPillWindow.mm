@@ -2,9 +2,11 @@
 
 #include "Kestrow/AppKit/Coordinates.hpp"
 #include "Kestrow/AppKit/FloatingPanel.hpp"
+#include "Kestrow/AppKit/Notifications.hpp"
 #include "Kestrow/AppKit/Strings.hpp"
 
 #include <algorithm>
+#include <functional>
 
 @interface KestrowPillWindow : NSPanel
 @end
@@ -41,6 +43,21 @@ NSPanel* makePanel() {
   return panel;
 }
 
+// Runs the action when a window of the program is covered or uncovered, after a change of Space,
+// and when the displays or the user come back.
+std::vector<Subscription> whenMaybeSeenAgain(const std::function<void()>& action) {
+  std::vector<Subscription> subscriptions;
+  subscriptions.push_back(observe(NSNotificationCenter.defaultCenter,
+                                  NSWindowDidChangeOcclusionStateNotification, action));
+  for (NSNotificationName name in @[
+         NSWorkspaceActiveSpaceDidChangeNotification, NSWorkspaceScreensDidWakeNotification,
+         NSWorkspaceSessionDidBecomeActiveNotification
+       ]) {
+    subscriptions.push_back(observe(NSWorkspace.sharedWorkspace.notificationCenter, name, action));
+  }
+  return subscriptions;
+}
+
 }  // namespace
 
 AppKitPillWindow::AppKitPillWindow(PillSurfaceClient& client)
@@ -49,12 +66,17 @@ AppKitPillWindow::AppKitPillWindow(PillSurfaceClient& client)
       panel_(makePanel()) {
   view_.client = &client;
   view_.overlay = dot_.layer();
+  view_.didAttachOverlay = ^{
+    dot_.restorePulse();
+  };
   panel_.contentView = view_;
+  maybeSeenAgain_ = whenMaybeSeenAgain([this] { dot_.restorePulse(); });
   accessibilityLabelChanged();
 }
 
 AppKitPillWindow::~AppKitPillWindow() {
   view_.client = nullptr;
+  view_.didAttachOverlay = nil;
   [panel_ orderOut:nil];
 }
 

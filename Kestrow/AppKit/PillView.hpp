@@ -33,4 +33,8 @@ struct PillMove {
 // A layer to keep above what the view draws.
 @property(nonatomic, strong, nullable) CALayer* overlay;
 
+// Called each time that the overlay has got a layer to be in, which it then is in without
+// animations.
+@property(nonatomic, copy, nullable) void (^didAttachOverlay)(void);
+
 @end

@@ -30,9 +30,11 @@
 
 - (void)attachOverlay {
   CALayer* overlay = self.overlay;
-  if (overlay == nil || self.layer == nil) return;
+  CALayer* own = self.layer;
+  if (overlay == nil || own == nil || overlay.superlayer == own) return;
   overlay.zPosition = 1;
-  [self.layer addSublayer:overlay];
+  [own addSublayer:overlay];
+  if (self.didAttachOverlay) self.didAttachOverlay();
 }
 
 // The view's own layer may be made anew with the window.

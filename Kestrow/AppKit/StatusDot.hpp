@@ -19,8 +19,9 @@ class StatusDot {
   // A pulse that goes on keeps its beat.
   void show(const std::optional<DotAppearance>& dot);
 
-  // Layers that leave the screen lose their animations: starts the pulse again where there is to be
-  // one.
+  // Layers lose their animations when they leave the screen, and may when the system takes the
+  // window out of sight: starts the pulse again where there is to be one. One that still runs keeps
+  // its beat.
   void restorePulse();
 
  private:

@@ -102,6 +102,38 @@ TEST_F(WindowsOnAMac, PillKeepsItsContentInPlaceWhileItGlides) {
   EXPECT_EQ(window.frame(), (Rect{90, 284, 220, 40}));
 }
 
+TEST_F(WindowsOnAMac, PillPulsesAgainWhenItMayBeSeenAgain) {
+  Pill pill;
+  AppKitPillWindow window(pill);
+  window.setDot(DotAppearance{.frame = {10, 9, 6, 6}, .pulses = true});
+  CALayer* dot = static_cast<KestrowPillView*>(newest().contentView).overlay;
+  const auto expectRestored = [&](NSNotificationCenter* center, NSNotificationName name) {
+    [dot removeAllAnimations];
+    [center postNotificationName:name object:nil];
+    EXPECT_NE([dot animationForKey:@"pulse"], nil);
+  };
+  expectRestored(NSNotificationCenter.defaultCenter, NSWindowDidChangeOcclusionStateNotification);
+  for (NSNotificationName name in @[
+         NSWorkspaceActiveSpaceDidChangeNotification, NSWorkspaceScreensDidWakeNotification,
+         NSWorkspaceSessionDidBecomeActiveNotification
+       ]) {
+    expectRestored(NSWorkspace.sharedWorkspace.notificationCenter, name);
+  }
+}
+
+TEST_F(WindowsOnAMac, PillsDotPulsesAgainInAnotherLayer) {
+  Pill pill;
+  AppKitPillWindow window(pill);
+  window.setDot(DotAppearance{.frame = {10, 9, 6, 6}, .pulses = true});
+  auto* view = static_cast<KestrowPillView*>(newest().contentView);
+  CALayer* dot = view.overlay;
+  [dot removeFromSuperlayer];
+  [dot removeAllAnimations];
+  [view viewDidMoveToWindow];
+  EXPECT_EQ(dot.superlayer, view.layer);
+  EXPECT_NE([dot animationForKey:@"pulse"], nil);
+}
+
 TEST_F(WindowsOnAMac, PanelFloatsAndTakesTheKeyboard) {
   NSPanel* panel = makePanelWindow();
   expectFloating(panel);

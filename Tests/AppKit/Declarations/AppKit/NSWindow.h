@@ -6,6 +6,7 @@ NS_ASSUME_NONNULL_BEGIN
 
 @interface NSScreen : NSObject
 @property(class, readonly, copy) NSArray<NSScreen*>* screens;
+@property(class, nullable, readonly, strong) NSScreen* mainScreen;
 @property(readonly) NSRect frame;
 @property(readonly) NSRect visibleFrame;
 @property(readonly) NSEdgeInsets safeAreaInsets API_AVAILABLE_MACOS(12.0);
@@ -44,6 +45,8 @@ typedef NSInteger NSWindowLevel;
 @optional
 - (void)windowDidResignKey:(NSNotification*)notification;
 @end
+
+extern NSNotificationName const NSWindowDidChangeOcclusionStateNotification;
 
 @interface NSWindow : NSResponder<NSAnimatablePropertyContainer, NSAccessibility>
 - (instancetype)initWithContentRect:(NSRect)contentRect

@@ -52,6 +52,7 @@ extern CAMediaTimingFunctionName const kCAMediaTimingFunctionEaseInEaseOut;
 @property CGSize shadowOffset;
 @property CGFloat shadowRadius;
 - (nullable NSArray<NSString*>*)animationKeys;
+@property(nullable, readonly) CALayer* superlayer;
 - (void)addSublayer:(CALayer*)layer;
 - (void)removeFromSuperlayer;
 - (void)addAnimation:(CAAnimation*)animation forKey:(nullable NSString*)key;
