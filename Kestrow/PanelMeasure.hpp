@@ -11,6 +11,7 @@ struct PanelMeasure {
   static constexpr double rowSpacing = 8;    // between a control and what stands beside it
   static constexpr double titleIndent = 20;  // from a mark's edge to its title's
   static constexpr double cornerRadius = 12;
+  static constexpr double sectionTitleGrowth = 1;  // beyond the small text's size
 };
 
 }  // namespace kestrow

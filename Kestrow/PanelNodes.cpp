@@ -30,6 +30,12 @@ PanelNode label(std::string_view id, std::string text) {
   return node(id, PanelLabel{std::move(text)});
 }
 
+// Text from the service: one paragraph, cut where nobody reads on. Thousands of line breaks would
+// take as much room as thousands of lines.
+std::string shown(std::string text) {
+  return text::onOneLine(text::readable(std::move(text)));
+}
+
 std::vector<std::string> themeNames() {
   std::vector<std::string> names;
   names.reserve(TeamTheme::palette().size());
@@ -57,11 +63,10 @@ std::vector<PanelNode> sectionNodes(const std::vector<PickerSection>& sections,
     for (const auto& row : section.rows) {
       if (left == 0) break;
       --left;
-      nodes.push_back(
-          node(idOfMatch(row.id, ++seen[row.id]),
-               PanelRadioButton{.title = text::readable(row.teams),
-                                .detail = text::readable(row.competition + " · " + row.detail),
-                                .isOn = followedId == row.id}));
+      nodes.push_back(node(idOfMatch(row.id, ++seen[row.id]),
+                           PanelRadioButton{.title = shown(row.teams),
+                                            .detail = shown(row.competition + " · " + row.detail),
+                                            .isOn = followedId == row.id}));
     }
   }
   return nodes;
@@ -169,7 +174,7 @@ PanelNode log(const KeyMomentsLog& log) {
     return label("log", std::move(empty->message));
   }
   auto lines = std::move(std::get<LogContent::Lines>(content.value).lines);
-  for (auto& line : lines) line = text::readable(std::move(line));
+  for (auto& line : lines) line = shown(std::move(line));
   return node("log",
               PanelLines{.name = logTitle, .spacing = listSpacing, .lines = std::move(lines)});
 }

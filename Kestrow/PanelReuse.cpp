@@ -1,5 +1,6 @@
 #include "Kestrow/PanelReuse.hpp"
 
+#include <algorithm>
 #include <map>
 
 namespace kestrow {
@@ -27,6 +28,12 @@ std::vector<std::optional<std::size_t>> reusedPlaces(std::span<const PanelNodeKe
     }
   }
   return places;
+}
+
+std::size_t keptLines(std::span<const std::string> before, std::span<const std::string> after) {
+  const auto changed =
+      std::mismatch(before.rbegin(), before.rend(), after.rbegin(), after.rend()).first;
+  return static_cast<std::size_t>(changed - before.rbegin());
 }
 
 }  // namespace kestrow

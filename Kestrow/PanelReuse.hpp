@@ -1,5 +1,5 @@
-// Which controls of a box outlive a change of its nodes. A control that stays keeps the keyboard,
-// the scroll place and the place where assistive technology reads.
+// Which controls of a box, and which lines of a log, outlive a change. A control that stays keeps
+// the keyboard, the scroll place and the place where assistive technology reads.
 #pragma once
 
 #include "Kestrow/Platform/PanelSurface.hpp"
@@ -25,5 +25,9 @@ std::vector<PanelNodeKey> keysOf(std::span<const PanelNode> nodes);
 // given twice; of equal keys the first comes first.
 std::vector<std::optional<std::size_t>> reusedPlaces(std::span<const PanelNodeKey> before,
                                                      std::span<const PanelNodeKey> after);
+
+// How many lines at the end are the same before and after a change. New ones come in at the top of
+// a log, so these keep what was made of them.
+std::size_t keptLines(std::span<const std::string> before, std::span<const std::string> after);
 
 }  // namespace kestrow

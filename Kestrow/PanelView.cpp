@@ -20,12 +20,26 @@ double sharedArea(const Rect& a, const Rect& b) {
   return wide > 0 && high > 0 ? wide * high : 0;
 }
 
-// What is free on the screen that holds most of the pill; on the first screen when none does.
-Rect visibleFrame(std::span<const Screen> screens, const std::optional<Rect>& pill) {
-  if (screens.empty()) return withoutScreen;
-  if (!pill) return screens.front().visibleFrame;
-  const auto area = [&](const Screen& screen) { return sharedArea(screen.info.frame, *pill); };
-  return std::ranges::max_element(screens, {}, area)->visibleFrame;
+// The screen that holds most of the pill; null when none holds any of it.
+const Screen* screenOf(const Rect& pill, std::span<const Screen> screens) {
+  const Screen* found = nullptr;
+  double most = 0;
+  for (const auto& screen : screens) {
+    const double area = sharedArea(screen.info.frame, pill);
+    if (area <= most) continue;
+    most = area;
+    found = &screen;
+  }
+  return found;
+}
+
+// What is free on the panel's screen.
+Rect visibleFrame(std::span<const Screen> screens, const std::optional<Screen>& mainScreen,
+                  const std::optional<Rect>& pill) {
+  const Screen* pillScreen = pill ? screenOf(*pill, screens) : nullptr;
+  if (pillScreen) return pillScreen->visibleFrame;
+  if (mainScreen) return mainScreen->visibleFrame;
+  return screens.empty() ? withoutScreen : screens.front().visibleFrame;
 }
 
 int indexOfTheme(const std::string& teamId) {
@@ -78,6 +92,7 @@ void PanelController::show() {
   if (!surface_) surface_ = desktop_.makePanelSurface(*this);
   update();
   position();
+  if (!surface_->isVisible()) surface_->scrollToTop();
   surface_->showAndMakeKey();
   surface_->installMonitors();
 }
@@ -124,12 +139,14 @@ void PanelController::update() {
 
 void PanelController::position() {
   const auto screens = desktop_.screens();
-  surface_->setFrame(frameFor(screens, pill_.windowFrame(), surface_->fittingHeight()));
+  surface_->setFrame(
+      frameFor(screens, desktop_.mainScreen(), pill_.windowFrame(), surface_->fittingHeight()));
 }
 
-Rect PanelController::frameFor(std::span<const Screen> screens, const std::optional<Rect>& pill,
-                               double fittingHeight) {
-  const Rect visible = visibleFrame(screens, pill);
+Rect PanelController::frameFor(std::span<const Screen> screens,
+                               const std::optional<Screen>& mainScreen,
+                               const std::optional<Rect>& pill, double fittingHeight) {
+  const Rect visible = visibleFrame(screens, mainScreen, pill);
   const Rect anchor = pill.value_or(visible);
   constexpr double width = PanelMeasure::width;
   const double top = (pill ? pill->minY() : visible.maxY()) - gap;

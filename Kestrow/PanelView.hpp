@@ -62,9 +62,10 @@ class PanelController : public PanelSurfaceClient {
   void windowDidResignKey();
 
   // Where a panel with content of this height goes: centred under the pill, or under the top edge
-  // when there is no pill, on the pill's screen and no higher than what is free there.
-  static Rect frameFor(std::span<const Screen> screens, const std::optional<Rect>& pill,
-                       double fittingHeight);
+  // when there is no pill, and no higher than what is free there. Its screen is the pill's, else
+  // the main one, else the first.
+  static Rect frameFor(std::span<const Screen> screens, const std::optional<Screen>& mainScreen,
+                       const std::optional<Rect>& pill, double fittingHeight);
 
   void radioButtonPicked(const std::string& id) override;
   void popUpChanged(const std::string& id, int selected) override;

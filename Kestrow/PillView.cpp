@@ -3,6 +3,8 @@
 #include "KestrowCore/Text.hpp"
 
 #include <algorithm>
+#include <cmath>
+#include <string_view>
 #include <utility>
 #include <variant>
 
@@ -20,6 +22,11 @@ constexpr double scaleWithoutScreen = 2;
 
 Color white(double alpha) {
   return {PillView::Palette::white, alpha};
+}
+
+// As the canvas wants it: on one line, and no longer than anyone could see.
+std::string shown(std::string_view text) {
+  return text::onOneLine(text::firstBytes(text, PillView::longestText));
 }
 
 Path roundedBadge(double x, double mid, double width, double height, double radius) {
@@ -78,6 +85,19 @@ double rowY(PillElement::Row row, double mid, double height) {
 
 }  // namespace
 
+// At least one pixel each way: a thin rectangle between two pixels would be a smear.
+Path PillView::crisp(const Rect& rect, const Pixels& pixels) {
+  const auto& [bounds, scale] = pixels;
+  const auto place = [scale = scale](double value, double origin) {
+    return origin + (std::round((value - origin) * scale) / scale);
+  };
+  const auto length = [scale = scale](double value) {
+    return std::max(std::round(value * scale), 1.0) / scale;
+  };
+  return Path::rect(
+      {place(rect.x, bounds.x), place(rect.y, bounds.y), length(rect.width), length(rect.height)});
+}
+
 PillView::PillView(PillContent content, Desktop& desktop)
     : content_(std::move(content)),
       desktop_(desktop),
@@ -124,7 +144,7 @@ void PillView::placeDot() {
 
 MeasureText PillView::measure() const {
   return [&measurer = desktop_.textMeasurer()](std::string_view text, PillRole role) {
-    return measurer.measure({{std::string(text), attributes(role, white(1), std::nullopt)}}).width;
+    return measurer.measure({{shown(text), attributes(role, white(1), std::nullopt)}}).width;
   };
 }
 
@@ -183,13 +203,15 @@ void PillView::arrange() {
 }
 
 void PillView::draw(Canvas& canvas, const Rect& bounds, double scale) {
-  drawBackground(canvas, bounds, scale > 0 ? scale : scaleWithoutScreen);
+  const Pixels pixels{bounds, scale > 0 ? scale : scaleWithoutScreen};
+  drawBackground(canvas, pixels);
   for (const auto& region : regions_) {
-    for (const auto& element : region.elements) drawElement(canvas, element, region.rect);
+    for (const auto& element : region.elements) drawElement(canvas, element, region.rect, pixels);
   }
 }
 
-void PillView::drawBackground(Canvas& canvas, const Rect& bounds, double scale) const {
+void PillView::drawBackground(Canvas& canvas, const Pixels& pixels) const {
+  const Rect& bounds = pixels.bounds;
   const bool isNotch = layout_ && std::holds_alternative<PillLayout::Notch>(layout_->form);
   const double radius = isNotch ? wingRadius : capsuleRadius;
 
@@ -201,21 +223,22 @@ void PillView::drawBackground(Canvas& canvas, const Rect& bounds, double scale) 
       emphasis_ == PillEmphasis::expanded ? std::optional(Palette::ball) : theme_.accent();
   if (strip) {
     const ClipScope clip(canvas, shape);
-    canvas.fill(Path::rect({bounds.minX(), bounds.minY(), bounds.width, stripHeight}), {*strip});
+    canvas.fill(crisp({bounds.minX(), bounds.minY(), bounds.width, stripHeight}, pixels), {*strip});
   }
 
-  const double hairline = 1 / scale;
+  const double hairline = 1 / pixels.scale;
   const double inset = hairline * 0.5;
   const Rect edge{bounds.x + inset, bounds.y + inset, bounds.width - hairline,
                   bounds.height - hairline};
   canvas.stroke(hangingOutline(edge, radius - inset), white(0.1), hairline);
 }
 
-void PillView::drawElement(Canvas& canvas, const PillElement& element, const Rect& rect) const {
+void PillView::drawElement(Canvas& canvas, const PillElement& element, const Rect& rect,
+                           const Pixels& pixels) const {
   const double x = rect.minX() + element.x;
   const double mid = rect.midY();
   if (std::holds_alternative<PillElement::Divider>(element.kind)) {
-    canvas.fill(Path::rect({x, mid - 6, element.width, 12}), white(0.15));
+    canvas.fill(crisp({x, mid - 6, element.width, 12}, pixels), white(0.15));
   } else if (const auto* text = std::get_if<PillElement::Text>(&element.kind)) {
     drawText(canvas, element, *text, x, mid);
   }
@@ -241,16 +264,16 @@ void PillView::drawText(Canvas& canvas, const PillElement& element, const PillEl
 
 AttributedText PillView::attributed(const PillElement::Text& text,
                                     const TextAttributes& attributes) const {
-  if (text.role != PillRole::teams) return {{text.text, attributes}};
+  if (text.role != PillRole::teams) return {{shown(text.text), attributes}};
   AttributedText line;
-  for (auto& run : content_.teamRuns(text.text)) {
+  for (const auto& run : content_.teamRuns(text.text)) {
     TextAttributes own = attributes;
     if (run.batting) {
       own.color = white(1);
     } else if (run.text == " v ") {
       own.color = white(0.45);
     }
-    line.push_back({std::move(run.text), own});
+    line.push_back({shown(run.text), own});
   }
   return line;
 }

@@ -11,6 +11,7 @@
 #include "KestrowCore/PillContent.hpp"
 #include "KestrowCore/ScreenGeometry.hpp"
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
@@ -22,6 +23,10 @@ namespace kestrow {
 // that goes is taken back with setSurface(nullptr) first.
 class PillView final : public PillSurfaceClient {
  public:
+  // Bytes of one text that are laid out, more than fits the widest screen. Names come from the
+  // service, and measuring one of megabytes would hold up the program.
+  static constexpr std::size_t longestText = 2000;
+
   struct Palette {
     static constexpr RGB navy{14 / 255.0, 18 / 255.0, 32 / 255.0};
     static constexpr RGB black{0, 0, 0};
@@ -82,12 +87,23 @@ class PillView final : public PillSurfaceClient {
     std::vector<PillElement> elements;
   };
 
+  // What is drawn on: `scale` pixels for a point, counted from the corner of the bounds, which a
+  // window always has between pixels.
+  struct Pixels {
+    Rect bounds;
+    double scale = 1;
+  };
+
+  // The rectangle with its edges between pixels.
+  static Path crisp(const Rect& rect, const Pixels& pixels);
+
   void changed();
   void placeDot();
   void arrange();
   Region region(PillComposer::Part part, const Rect& rect) const;
-  void drawBackground(Canvas& canvas, const Rect& bounds, double scale) const;
-  void drawElement(Canvas& canvas, const PillElement& element, const Rect& rect) const;
+  void drawBackground(Canvas& canvas, const Pixels& pixels) const;
+  void drawElement(Canvas& canvas, const PillElement& element, const Rect& rect,
+                   const Pixels& pixels) const;
   void drawText(Canvas& canvas, const PillElement& element, const PillElement::Text& text, double x,
                 double mid) const;
   AttributedText attributed(const PillElement::Text& text, const TextAttributes& attributes) const;

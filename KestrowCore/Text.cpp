@@ -106,6 +106,14 @@ class CharacterWalk {
   std::unique_ptr<icu::BreakIterator> iterator_;
 };
 
+// How long the line break or tabulator is that the text starts with; 0 when it starts otherwise.
+std::size_t breakAtStart(std::string_view utf8) {
+  if (utf8.starts_with("\r\n")) return 2;
+  if (utf8.front() >= '\t' && utf8.front() <= '\r') return 1;
+  if (utf8.starts_with("\u0085")) return 2;
+  return utf8.starts_with("\u2028") || utf8.starts_with("\u2029") ? 3 : 0;
+}
+
 bool isSpace(UChar32 c, text::WhiteSpace which) {
   if (which == text::WhiteSpace::withLineBreaks) return u_isUWhiteSpace(c) != 0;
   return c == '\t' || u_charType(c) == U_SPACE_SEPARATOR;
@@ -267,6 +275,17 @@ std::string readable(std::string utf8) {
   if (utf8.size() <= longestRead) return utf8;
   utf8.resize(firstBytes(utf8, longestRead).size());
   return utf8 + "…";
+}
+
+std::string onOneLine(std::string_view utf8) {
+  std::string line;
+  line.reserve(utf8.size());
+  while (!utf8.empty()) {
+    const std::size_t bytes = breakAtStart(utf8);
+    line += bytes > 0 ? ' ' : utf8.front();
+    utf8.remove_prefix(std::max<std::size_t>(bytes, 1));
+  }
+  return line;
 }
 
 std::string_view trimmed(std::string_view utf8, WhiteSpace which) {

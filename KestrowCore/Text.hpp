@@ -48,6 +48,10 @@ std::string_view firstBytes(std::string_view utf8, std::size_t bytes);
 inline constexpr std::size_t longestRead = 4000;
 std::string readable(std::string utf8);
 
+// The text for a place that holds one line: line breaks and tabulators, which would end the line or
+// tear a hole into it, are spaces.
+std::string onOneLine(std::string_view utf8);
+
 // Without white space at both ends. `spacesAndTabs` keeps line breaks.
 enum class WhiteSpace { spacesAndTabs, withLineBreaks };
 std::string_view trimmed(std::string_view utf8, WhiteSpace which);

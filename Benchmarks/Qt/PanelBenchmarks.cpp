@@ -55,8 +55,8 @@ PanelNode content(std::int64_t matchCount, const KeyMomentsLog& log) {
 
 void place(qt::QtPanelWindow& window) {
   const Screen screen{.info = {.frame = {0, 0, 1280, 800}}, .visibleFrame = {0, 0, 1280, 800}};
-  window.setFrame(
-      PanelController::frameFor(std::span(&screen, 1), std::nullopt, window.fittingHeight()));
+  window.setFrame(PanelController::frameFor(std::span(&screen, 1), std::nullopt, std::nullopt,
+                                            window.fittingHeight()));
 }
 
 // From nothing to a painted window: matches, lines of the log.

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -18,6 +19,7 @@ class AppKitDesktop final : public Desktop {
   explicit AppKitDesktop(Application& application);
 
   std::vector<Screen> screens() const override;
+  std::optional<Screen> mainScreen() const override;
   Subscription onScreensChanged(std::function<void()> action) override;
 
   std::unique_ptr<PillSurface> makePillSurface(PillSurfaceClient& client) override;

@@ -3,7 +3,6 @@
 #import <AppKit/AppKit.h>
 #import <os/log.h>
 
-#include <optional>
 #include <utility>
 
 #include "Kestrow/AppKit/AppKitPanelWindow.hpp"
@@ -43,6 +42,12 @@ std::vector<Screen> AppKitDesktop::screens() const {
   std::vector<Screen> result;
   for (NSScreen* screen in NSScreen.screens) result.push_back(toScreen(screen));
   return result;
+}
+
+std::optional<Screen> AppKitDesktop::mainScreen() const {
+  NSScreen* screen = NSScreen.mainScreen;
+  if (screen == nil) return std::nullopt;
+  return toScreen(screen);
 }
 
 Subscription AppKitDesktop::onScreensChanged(std::function<void()> action) {

@@ -24,6 +24,7 @@ class AppKitPanelWindow final : public PanelSurface {
   void setFrame(const Rect& frame) override;
   bool isVisible() const override;
   bool isKey() const override;
+  void scrollToTop() override;
   void showAndMakeKey() override;
   void orderOut() override;
   void installMonitors() override;

@@ -73,11 +73,12 @@ bool AppKitPanelWindow::isKey() const {
   return panel_.keyWindow;
 }
 
+void AppKitPanelWindow::scrollToTop() {
+  [scroll_.contentView scrollToPoint:NSMakePoint(0, 0)];
+  [scroll_ reflectScrolledClipView:scroll_.contentView];
+}
+
 void AppKitPanelWindow::showAndMakeKey() {
-  if (!panel_.visible) {
-    [scroll_.contentView scrollToPoint:NSMakePoint(0, 0)];
-    [scroll_ reflectScrolledClipView:scroll_.contentView];
-  }
   [panel_ makeKeyAndOrderFront:nil];
   [panel_ makeFirstResponder:nil];
 }

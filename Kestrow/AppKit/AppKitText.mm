@@ -1,17 +1,10 @@
 #include "Kestrow/AppKit/AppKitText.hpp"
 
 #include "Kestrow/AppKit/Strings.hpp"
-#include "KestrowCore/Text.hpp"
-
-#include <cstddef>
 
 namespace kestrow::appkit {
 
 namespace {
-
-// More than fits the widest screen. The names come from the service, and laying out one of
-// megabytes would hold up the program.
-constexpr std::size_t longestRun = 2000;
 
 NSFontWeight toNSFontWeight(FontWeight weight) {
   switch (weight) {
@@ -67,7 +60,7 @@ NSAttributedString* toNSAttributedString(const AttributedText& runs) {
   NSMutableAttributedString* line = [[NSMutableAttributedString alloc] init];
   for (const auto& run : runs) {
     [line appendAttributedString:[[NSAttributedString alloc]
-                                     initWithString:toNSLine(text::firstBytes(run.text, longestRun))
+                                     initWithString:toNSString(run.text)
                                          attributes:toDictionary(run.attributes)]];
   }
   return line;

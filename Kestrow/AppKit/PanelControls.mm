@@ -10,7 +10,7 @@ namespace kestrow::appkit {
 namespace {
 
 void setTitle(NSButton* button, const std::string& title) {
-  NSString* shown = toNSLine(title);
+  NSString* shown = toNSString(title);
   if (![button.title isEqualToString:shown]) button.title = shown;
 }
 
@@ -57,7 +57,7 @@ void RadioItem::apply(const PanelNode& node) {
   setOn(button_, radio.isOn);
   setText(detail_, radio.detail);
   detailRow_.hidden = radio.detail.empty();
-  button_.accessibilityHelp = toNSString(radio.detail);
+  button_.accessibilityHelp = toNSString(radio.help());
 }
 
 CheckBoxItem::CheckBoxItem(PanelSurfaceClient& client)
@@ -76,7 +76,7 @@ void CheckBoxItem::apply(const PanelNode& node) {
   setTitle(button_, box.title);
   setOn(button_, box.isOn);
   button_.enabled = box.isEnabled;
-  button_.accessibilityHelp = toNSString(box.status.empty() ? box.detail : box.status);
+  button_.accessibilityHelp = toNSString(box.help());
   setOptionalText(status_, box.status);
   setOptionalText(detail_, box.detail);
 }
@@ -102,7 +102,7 @@ void PopUpItem::apply(const PanelNode& node) {
     [button_ removeAllItems];
     // Through the menu: the button itself would drop an earlier item of the same title.
     for (const auto& item : popUp.items) {
-      [button_.menu addItemWithTitle:toNSLine(item) action:nil keyEquivalent:@""];
+      [button_.menu addItemWithTitle:toNSString(item) action:nil keyEquivalent:@""];
     }
     items_ = popUp.items;
   }

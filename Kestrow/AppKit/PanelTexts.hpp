@@ -53,7 +53,7 @@ class LabelItem final : public PanelItem {
   NSTextField* _Nonnull label_;
 };
 
-// A label for each line. New lines come in at the top, so the labels are kept from the end.
+// A label for each line.
 class LinesItem final : public PanelItem {
  public:
   LinesItem();

@@ -1,9 +1,9 @@
 #include "Kestrow/AppKit/PanelTexts.hpp"
 
-#include <algorithm>
 #include <variant>
 
 #include "Kestrow/AppKit/Strings.hpp"
+#include "Kestrow/PanelReuse.hpp"
 
 namespace kestrow::appkit {
 
@@ -42,7 +42,8 @@ void HeaderItem::apply(const PanelNode& node) {
 }
 
 SectionTitleItem::SectionTitleItem() : label_(makeWrappingLabel(PanelMeasure::contentWidth)) {
-  label_.font = [NSFont boldSystemFontOfSize:NSFont.smallSystemFontSize + 1];
+  label_.font =
+      [NSFont boldSystemFontOfSize:NSFont.smallSystemFontSize + PanelMeasure::sectionTitleGrowth];
 }
 
 void SectionTitleItem::apply(const PanelNode& node) {
@@ -66,9 +67,7 @@ void LinesItem::apply(const PanelNode& node) {
   stack_.spacing = shown.spacing;
 
   const auto& lines = shown.lines;
-  const auto kept = static_cast<std::size_t>(
-      std::mismatch(lines.rbegin(), lines.rend(), lines_.rbegin(), lines_.rend()).first -
-      lines.rbegin());
+  const std::size_t kept = keptLines(lines_, lines);
   const std::size_t stale = lines_.size() - kept;
   const std::size_t fresh = lines.size() - kept;
   NSArray<NSView*>* labels = [stack_.arrangedSubviews copy];

@@ -11,9 +11,6 @@ namespace kestrow::appkit {
 // Bytes that are not UTF-8 become U+FFFD.
 NSString* _Nonnull toNSString(std::string_view utf8);
 
-// For a place that holds one line: line breaks and tabulators become spaces.
-NSString* _Nonnull toNSLine(std::string_view utf8);
-
 // Nothing gives an empty text.
 std::string toUtf8(NSString* _Nullable text);
 

@@ -20,13 +20,6 @@ NSString* toNSString(std::string_view utf8) {
   return @"";
 }
 
-NSString* toNSLine(std::string_view utf8) {
-  static NSCharacterSet* const breaks =
-      [NSCharacterSet characterSetWithCharactersInString:@"\t\n\v\f\r\u0085\u2028\u2029"];
-  return [[toNSString(utf8) componentsSeparatedByCharactersInSet:breaks]
-      componentsJoinedByString:@" "];
-}
-
 std::string toUtf8(NSString* text) {
   const char* bytes = text.UTF8String;
   return bytes != nullptr ? std::string(bytes) : std::string();

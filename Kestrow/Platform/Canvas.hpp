@@ -77,7 +77,7 @@ struct TextAttributes {
 };
 
 struct TextRun {
-  std::string text;  // UTF-8, plain
+  std::string text;  // UTF-8, plain, without line breaks
   TextAttributes attributes;
   bool operator==(const TextRun&) const = default;
 };

@@ -29,6 +29,8 @@ class Desktop {
 
   // The attached screens, the one with the desktop's bar first. May be empty.
   virtual std::vector<Screen> screens() const = 0;
+  // The one with the window that has the keyboard; nothing when the desktop can't tell.
+  virtual std::optional<Screen> mainScreen() const = 0;
   virtual Subscription onScreensChanged(std::function<void()> action) = 0;
 
   virtual std::unique_ptr<PillSurface> makePillSurface(PillSurfaceClient& client) = 0;

@@ -15,7 +15,7 @@ namespace kestrow {
 
 struct PanelNode;
 
-// All texts are plain text.
+// All texts are plain text. Only labels may have line breaks in them.
 struct PanelHeader {  // bold, regular size
   std::string text;
   bool operator==(const PanelHeader&) const = default;
@@ -38,6 +38,8 @@ struct PanelRadioButton {  // one of the radio buttons of its box; a long title 
   std::string title;
   std::string detail;  // a secondary line under the title, which wraps; may be empty
   bool isOn = false;
+  // What assistive technology says after the title.
+  const std::string& help() const { return detail; }
   bool operator==(const PanelRadioButton&) const = default;
 };
 struct PanelPopUp {
@@ -52,6 +54,8 @@ struct PanelCheckBox {
   std::string status;  // a word after the title; may be empty
   std::string detail;  // a secondary line under the title, which wraps; may be empty
   bool isEnabled = true;
+  // What assistive technology says after the title: how it stands, where there is such a word.
+  const std::string& help() const { return status.empty() ? detail : status; }
   bool operator==(const PanelCheckBox&) const = default;
 };
 struct PanelButton {
@@ -104,6 +108,7 @@ class PanelSurface {
   virtual void setContent(const PanelNode& root) = 0;
   // The height that shows all content, at the panel's width.
   virtual double fittingHeight() = 0;
+  virtual void scrollToTop() = 0;
   virtual void setFrame(const Rect& frame) = 0;  // content that is taller scrolls
 
   virtual bool isVisible() const = 0;

@@ -29,7 +29,7 @@ struct Maker {
                             parent);
   }
   PanelItem* operator()(const PanelSectionTitle& /*kind*/) const {
-    return new HeadingLabel(look::font(look::smallSize + 1, FontWeight::bold), look::primaryText,
+    return new HeadingLabel(look::font(look::sectionTitleSize, FontWeight::bold), look::primaryText,
                             parent);
   }
   PanelItem* operator()(const PanelLabel& /*kind*/) const {
@@ -74,7 +74,8 @@ PanelColumn::PanelColumn(PanelSurfaceClient& client, int padding, QWidget* paren
 void PanelColumn::apply(const PanelNode& node) {
   const auto& box = std::get<PanelBox>(node.kind);
   spacing_ = box.spacing;
-  if (const auto name = oneLine(box.name); name != accessibleName()) setAccessibleName(name);
+  if (const auto name = QString::fromStdString(box.name); name != accessibleName())
+    setAccessibleName(name);
   if (keysOf(box.nodes) != keys_) rebuild(box.nodes);
   for (std::size_t i = 0; i < items_.size(); ++i) items_[i]->apply(box.nodes[i]);
   fixTabStops();

@@ -63,7 +63,7 @@ PushButton::PushButton(PanelSurfaceClient& client, QWidget* parent) : QPushButto
 
 void PushButton::apply(const PanelNode& node) {
   id_ = node.id;
-  const QString title = oneLine(std::get<PanelButton>(node.kind).title);
+  const QString title = QString::fromStdString(std::get<PanelButton>(node.kind).title);
   if (title == text()) return;
   setText(title);
   setAccessibleName(title);

@@ -1,5 +1,6 @@
 #include "Kestrow/Qt/PanelLog.hpp"
 
+#include "Kestrow/PanelReuse.hpp"
 #include "Kestrow/Qt/PanelLook.hpp"
 #include "Kestrow/Qt/WrappedText.hpp"
 
@@ -11,6 +12,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <variant>
 
 namespace kestrow::qt {
@@ -54,19 +56,16 @@ LogLines::LogLines(QWidget* parent) : QWidget(parent), font_(look::font(look::re
 
 void LogLines::apply(const PanelNode& node) {
   const auto& log = std::get<PanelLines>(node.kind);
-  if (const auto name = oneLine(log.name); name != accessibleName()) setAccessibleName(name);
+  if (const auto name = QString::fromStdString(log.name); name != accessibleName())
+    setAccessibleName(name);
   spacing_ = log.spacing;
   if (log.lines == shown_) return;
 
-  // New moments come in at the top, so most lines stay as they were at the end, and keep what was
-  // measured of them.
-  const auto [fresh, old] =
-      std::mismatch(log.lines.rbegin(), log.lines.rend(), shown_.rbegin(), shown_.rend());
-  const auto kept = fresh - log.lines.rbegin();
+  const auto kept = static_cast<std::ptrdiff_t>(keptLines(shown_, log.lines));
   std::vector<Line> lines;
   lines.reserve(log.lines.size());
   for (auto line = log.lines.begin(); line != log.lines.end() - kept; ++line) {
-    lines.push_back({.text = plainText(*line)});
+    lines.push_back({.text = QString::fromStdString(*line)});
   }
   std::move(lines_.end() - kept, lines_.end(), std::back_inserter(lines));
   lines_ = std::move(lines);
@@ -89,8 +88,7 @@ void LogLines::measure(int width) {
   double y = 0;
   for (auto& line : lines_) {
     if (line.height < 0 || measuredWidth_ != width) {
-      const bool fits =
-          !line.text.contains(QChar(QChar::LineSeparator)) && widths.fits(line.text, width);
+      const bool fits = widths.fits(line.text, width);
       line.height = fits ? single : wrapped_text::height(line.text, font_, width);
     }
     line.y = static_cast<int>(y);

@@ -41,6 +41,8 @@ inline constexpr int rowOutsetY = 3;
 // The interface font. Sizes are in points of the program, which are Qt's pixels.
 inline constexpr int regularSize = 13;
 inline constexpr int smallSize = 11;
+inline constexpr int sectionTitleSize =
+    smallSize + static_cast<int>(PanelMeasure::sectionTitleGrowth);
 QFont font(int size, FontWeight weight = FontWeight::regular);
 
 QPalette palette();

@@ -23,7 +23,7 @@ namespace look = panel_look;
 namespace {
 
 constexpr int labelColumn = 84;  // so that buttons under each other line up
-constexpr int gap = 8;
+constexpr int gap = static_cast<int>(PanelMeasure::rowSpacing);
 constexpr int choiceHeight = 26;
 constexpr int mostChoices = 14;  // shown at once
 
@@ -182,9 +182,10 @@ PopUpRow::PopUpRow(PanelSurfaceClient& client, QWidget* parent)
 void PopUpRow::apply(const PanelNode& node) {
   const auto& popUp = std::get<PanelPopUp>(node.kind);
   id_ = node.id;
-  if (const QString label = oneLine(popUp.label); label != label_->text()) label_->setText(label);
+  if (const QString label = QString::fromStdString(popUp.label); label != label_->text())
+    label_->setText(label);
   QStringList items;
-  for (const auto& item : popUp.items) items.append(oneLine(item));
+  for (const auto& item : popUp.items) items.append(QString::fromStdString(item));
   QStringList shown;
   for (int i = 0; i < button_->count(); ++i) shown.append(button_->itemText(i));
   if (items != shown) {

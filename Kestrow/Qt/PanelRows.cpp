@@ -17,7 +17,7 @@ namespace {
 
 const QMargins rowOutset{look::rowOutsetX, look::rowOutsetY, look::rowOutsetX, look::rowOutsetY};
 
-constexpr int statusGap = 8;
+constexpr int statusGap = static_cast<int>(PanelMeasure::rowSpacing);
 constexpr int detailGap = 1;
 
 QFontMetrics titleMetrics() {
@@ -133,8 +133,10 @@ RadioRow::RadioRow(PanelSurfaceClient& client, QWidget* parent)
 void RadioRow::apply(const PanelNode& node) {
   const auto& radio = std::get<PanelRadioButton>(node.kind);
   id_ = node.id;
-  const QString detail = plainText(radio.detail);
-  showTexts({.title = oneLine(radio.title), .status = {}, .detail = detail}, detail, radio.isOn);
+  showTexts({.title = QString::fromStdString(radio.title),
+             .status = {},
+             .detail = QString::fromStdString(radio.detail)},
+            QString::fromStdString(radio.help()), radio.isOn);
 }
 
 // An arrow key picks what it goes to; Qt leaves that out while none of the group is on.
@@ -155,10 +157,11 @@ CheckRow::CheckRow(PanelSurfaceClient& client, QWidget* parent)
 void CheckRow::apply(const PanelNode& node) {
   const auto& box = std::get<PanelCheckBox>(node.kind);
   id_ = node.id;
-  const RowText text{
-      .title = oneLine(box.title), .status = oneLine(box.status), .detail = plainText(box.detail)};
+  const RowText text{.title = QString::fromStdString(box.title),
+                     .status = QString::fromStdString(box.status),
+                     .detail = QString::fromStdString(box.detail)};
   setEnabled(box.isEnabled);
-  showTexts(text, text.status.isEmpty() ? text.detail : text.status, box.isOn);
+  showTexts(text, QString::fromStdString(box.help()), box.isOn);
 }
 
 }  // namespace kestrow::qt

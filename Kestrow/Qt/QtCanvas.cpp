@@ -3,7 +3,6 @@
 #include <QLinearGradient>
 #include <QPen>
 
-#include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <variant>
@@ -18,17 +17,6 @@ double sweep(const Path::Arc& arc) {
   if (!arc.clockwise && angle < 0) angle += 360;
   if (arc.clockwise && angle > 0) angle -= 360;
   return angle;
-}
-
-// Four corners, its sides along the axes.
-bool isRectangle(const Path& path) {
-  if (path.steps.size() != 5) return false;
-  const auto* start = std::get_if<Path::MoveTo>(&path.steps[0]);
-  const auto* second = std::get_if<Path::LineTo>(&path.steps[1]);
-  const auto* third = std::get_if<Path::LineTo>(&path.steps[2]);
-  const auto* fourth = std::get_if<Path::LineTo>(&path.steps[3]);
-  return start && second && third && fourth && second->to == Point{third->to.x, start->to.y} &&
-         fourth->to == Point{start->to.x, third->to.y};
 }
 
 }  // namespace
@@ -63,22 +51,8 @@ QPainterPath QtCanvas::map(const Path& path) const {
   return result;
 }
 
-double QtCanvas::snapped(double value) const {
-  return std::round(value * scale_) / scale_;
-}
-
 void QtCanvas::fill(const Path& path, const Color& color) {
-  const QPainterPath mapped = map(path);
-  if (!isRectangle(path)) {
-    painter_.fillPath(mapped, toQt(color));
-    return;
-  }
-  const QRectF box = mapped.boundingRect();
-  // A thin rectangle between two pixels would be a smear: it goes to the nearest whole ones.
-  const auto length = [this](double value) { return std::max(snapped(value), 1 / scale_); };
-  painter_.fillRect(
-      QRectF(snapped(box.x()), snapped(box.y()), length(box.width()), length(box.height())),
-      toQt(color));
+  painter_.fillPath(map(path), toQt(color));
 }
 
 void QtCanvas::fillGradient(const Path& path, const Color& start, const Color& end,
@@ -103,7 +77,9 @@ void QtCanvas::stroke(const Path& path, const Color& color, double lineWidth) {
 void QtCanvas::drawText(const AttributedText& text, Point origin) {
   const TextLine line(text);
   const QPointF topLeft = map({origin.x, origin.y + line.size().height});
-  line.draw(painter_, {topLeft.x(), snapped(topLeft.y() + line.baseline())}, scale_);
+  // Letters are crisp on a pixel's edge.
+  const double baseline = std::round((topLeft.y() + line.baseline()) * scale_) / scale_;
+  line.draw(painter_, {topLeft.x(), baseline}, scale_);
 }
 
 void QtCanvas::pushClip(const Path& path) {

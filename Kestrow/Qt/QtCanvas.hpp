@@ -26,7 +26,6 @@ class QtCanvas final : public Canvas {
  private:
   QPointF map(Point point) const;
   QPainterPath map(const Path& path) const;
-  double snapped(double value) const;  // to the nearest pixel's edge
 
   QPainter& painter_;
   Rect bounds_;

@@ -15,6 +15,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -27,6 +28,7 @@ class QtDesktop final : public Desktop {
   ~QtDesktop() override;
 
   std::vector<Screen> screens() const override;
+  std::optional<Screen> mainScreen() const override { return ScreenWatcher::mainScreen(); }
   Subscription onScreensChanged(std::function<void()> action) override;
 
   std::unique_ptr<PillSurface> makePillSurface(PillSurfaceClient& client) override;

@@ -106,11 +106,12 @@ void QtPanelWindow::setFrame(const Rect& frame) {
   setGeometry(fromPoints(frame, primaryScreen()));
 }
 
+void QtPanelWindow::scrollToTop() {
+  scroll_.verticalScrollBar()->setValue(0);
+}
+
 void QtPanelWindow::showAndMakeKey() {
-  if (!isVisible()) {
-    scroll_.verticalScrollBar()->setValue(0);
-    setAttribute(Qt::WA_KeyboardFocusChange, false);
-  }
+  if (!isVisible()) setAttribute(Qt::WA_KeyboardFocusChange, false);
   show();
   raise();
   activateWindow();

@@ -29,6 +29,7 @@ class QtPanelWindow final : public QWidget, public PanelSurface {
   void setFrame(const Rect& frame) override;
   bool isVisible() const override { return QWidget::isVisible(); }
   bool isKey() const override { return isActiveWindow(); }
+  void scrollToTop() override;
   void showAndMakeKey() override;
   void orderOut() override;
   void installMonitors() override;

@@ -1,7 +1,5 @@
 #include "Kestrow/Qt/QtText.hpp"
 
-#include "KestrowCore/Text.hpp"
-
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QList>
@@ -12,7 +10,6 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
-#include <string_view>
 
 namespace kestrow::qt {
 
@@ -47,20 +44,6 @@ double widestDigit(const QFontMetricsF& metrics) {
     widest = std::max(widest, metrics.horizontalAdvance(QChar(digit)));
   }
   return widest;
-}
-
-// More than fits the widest screen. The names come from the service, and laying out one of
-// megabytes would hold up the program.
-constexpr std::size_t longestRun = 2000;
-
-// Line breaks and tabulators would end the line, or tear a hole into it.
-QString onOneLine(const std::string& text) {
-  const std::string_view start = text::firstBytes(text, longestRun);
-  QString line = QString::fromUtf8(start.data(), static_cast<qsizetype>(start.size()));
-  for (auto& c : line) {
-    if (c.isSpace() && c.category() != QChar::Separator_Space) c = u' ';
-  }
-  return line;
 }
 
 // One UTF-16 unit of a line.
@@ -186,7 +169,7 @@ TextLine::TextLine(const AttributedText& text) {
   QString whole;
   std::vector<Character> characters;
   for (const auto& run : text) {
-    const QString part = onOneLine(run.text);
+    const QString part = QString::fromStdString(run.text);
     if (run.attributes.glow) lit_.push_back({whole.size(), part.size(), *run.attributes.glow});
     whole += part;
     append(characters, part, run.attributes);

@@ -5,7 +5,10 @@
 #include "Kestrow/Qt/X11.hpp"
 
 #include <QGuiApplication>
+#include <QWindow>
 
+#include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace kestrow::qt {
@@ -105,10 +108,19 @@ std::vector<Screen> ScreenWatcher::screens() {
                                 .auxiliaryTopLeftArea = {},
                                 .auxiliaryTopRightArea = {},
                                 .safeAreaTop = 0,
-                                .menuBarHeight = frame.maxY() - visible.maxY()},
+                                .menuBarHeight = 0},
                        .visibleFrame = visible});
   }
   return screens;
+}
+
+std::optional<Screen> ScreenWatcher::mainScreen() {
+  const auto* window = QGuiApplication::focusWindow();
+  if (!window) return std::nullopt;
+  const auto attached = realScreens();
+  const auto found = std::ranges::find(attached, window->screen());
+  if (found == attached.end()) return std::nullopt;
+  return screens()[static_cast<std::size_t>(found - attached.begin())];
 }
 
 ScreenWatcher::Seen ScreenWatcher::look() {

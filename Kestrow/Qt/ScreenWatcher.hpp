@@ -11,6 +11,7 @@
 #include <QTimer>
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace kestrow::qt {
@@ -24,6 +25,9 @@ class ScreenWatcher final : public QObject, public QAbstractNativeEventFilter {
 
   // In the program's coordinates, the primary screen first.
   static std::vector<Screen> screens();
+
+  // The one with the program's window that has the keyboard; nothing while another program has it.
+  static std::optional<Screen> mainScreen();
 
   // Told once for changes that come together, and only when something differs, the scale included.
   Signal changed;

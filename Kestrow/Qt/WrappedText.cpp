@@ -14,10 +14,6 @@ QString plainText(const std::string& utf8) {
   return text.replace(u'\n', QChar(QChar::LineSeparator));
 }
 
-QString oneLine(const std::string& utf8) {
-  return QString::fromStdString(utf8).simplified();
-}
-
 namespace wrapped_text {
 
 namespace {

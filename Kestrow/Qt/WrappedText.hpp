@@ -10,8 +10,6 @@ namespace kestrow::qt {
 
 // UTF-8 from anywhere as text for one paragraph; bytes that are not UTF-8 become U+FFFD.
 QString plainText(const std::string& utf8);
-// The same without line breaks, for a place that holds one line.
-QString oneLine(const std::string& utf8);
 
 namespace wrapped_text {
 

@@ -27,14 +27,6 @@ TEST(AppKitTextOnAMac, AGlowTakesNoRoom) {
   EXPECT_EQ(sizeOf("145/3", glowing), sizeOf("145/3"));
 }
 
-TEST(AppKitTextOnAMac, LineBreaksAndTabulatorsAreSpaces) {
-  EXPECT_EQ(sizeOf("MI\nv\tCSK"), sizeOf("MI v CSK"));
-}
-
-TEST(AppKitTextOnAMac, OfATextThatNoScreenHoldsOnlyTheStartIsLaidOut) {
-  EXPECT_EQ(sizeOf(std::string(5'000'000, 'w')), sizeOf(std::string(2000, 'w')));
-}
-
 TEST(AppKitTextOnAMac, RunsFollowEachOther) {
   const AttributedText runs{{"MI", {}}, {" v ", {}}, {"CSK", {}}};
   EXPECT_NEAR(AppKitTextMeasurer().measure(runs).width, sizeOf("MI v CSK").width, 1);

@@ -21,11 +21,6 @@ TEST(Strings, PutAMarkForBytesThatAreNoText) {
   EXPECT_EQ(toUtf8(toNSString("a\xFFz")), "a\uFFFDz");
 }
 
-TEST(Strings, StayOnOneLineWhereThereIsOnlyOne) {
-  EXPECT_EQ(toUtf8(toNSLine("a\nb\tc\r\nd\u2028e\u0085")), "a b c  d e ");
-  EXPECT_EQ(toUtf8(toNSLine("CSK\u00A0v MI")), "CSK\u00A0v MI");
-}
-
 TEST(Strings, AreEmptyForNothing) {
   EXPECT_EQ(toUtf8(nil), "");
   EXPECT_EQ(toNSString("").length, 0U);

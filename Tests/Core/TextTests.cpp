@@ -136,6 +136,23 @@ TEST(TextReadable, IsCutBetweenCodePointsWhereNobodyReadsOn) {
   EXPECT_EQ(text::readable(almost + "\u00E9x"), almost + "…");
 }
 
+TEST(TextOnOneLine, HasASpaceForEachLineBreakAndTabulator) {
+  EXPECT_EQ(text::onOneLine("a\tb\nc\vd\fe\rf"), "a b c d e f");
+  EXPECT_EQ(text::onOneLine("a\u0085b\u2028c\u2029d"), "a b c d");
+  EXPECT_EQ(text::onOneLine("a\r\nb\n\nc\n\rd"), "a b  c  d");
+  EXPECT_EQ(text::onOneLine("\na\n"), " a ");
+  EXPECT_EQ(text::onOneLine("\n"), " ");
+}
+
+TEST(TextOnOneLine, KeepsEverythingElse) {
+  EXPECT_EQ(text::onOneLine(""), "");
+  EXPECT_EQ(text::onOneLine("MI  v\u00a0CSK\u202f🏏"), "MI  v\u00a0CSK\u202f🏏");
+  EXPECT_EQ(text::onOneLine("\b\x0E\x1b"), "\b\x0E\x1b");
+  EXPECT_EQ(text::onOneLine("\u0084\u0086\u2027\u202a"), "\u0084\u0086\u2027\u202a");
+  EXPECT_EQ(text::onOneLine("\xC2"), "\xC2");
+  EXPECT_EQ(text::onOneLine(std::string_view("a\0b", 3)), std::string_view("a\0b", 3));
+}
+
 TEST(TextTrimmed, SpacesAndTabsGoAndLineBreaksStay) {
   using enum text::WhiteSpace;
   EXPECT_EQ(text::trimmed(" \t\u00a0\u2003a b\u3000 ", spacesAndTabs), "a b");

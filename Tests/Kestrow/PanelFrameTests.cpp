@@ -21,8 +21,9 @@ std::vector<Screen> oneScreen() {
 constexpr Rect pill{600, 876, 240, 24};
 
 Rect frame(const std::optional<Rect>& anchor, double height,
-           const std::vector<Screen>& screens = oneScreen()) {
-  return PanelController::frameFor(screens, anchor, height);
+           const std::vector<Screen>& screens = oneScreen(),
+           const std::optional<Screen>& mainScreen = std::nullopt) {
+  return PanelController::frameFor(screens, mainScreen, anchor, height);
 }
 
 TEST(PanelFrame, HangsSixPointsUnderThePillAndCentred) {
@@ -84,6 +85,21 @@ TEST(PanelFrame, APillOnNoScreenIsTakenToBeOnTheFirst) {
   const std::vector<Screen> screens{FakeDesktop::screen({0, 0, 1000, 900}, 24),
                                     FakeDesktop::screen({1000, 0, 1000, 900}, 24)};
   EXPECT_EQ(frame(Rect{2000, 850, 200, 24}, 300, screens).x, 652);
+}
+
+TEST(PanelFrame, WithoutAPillItIsOnTheScreenWithTheKeyboard) {
+  const std::vector<Screen> screens{FakeDesktop::screen({0, 0, 1000, 900}, 24),
+                                    FakeDesktop::screen({1000, 100, 2000, 800}, 30)};
+  EXPECT_EQ(frame(std::nullopt, 300, screens, screens[1]), (Rect{1830, 564, 340, 300}));
+  EXPECT_EQ(frame(std::nullopt, 300, screens, screens[0]), (Rect{330, 570, 340, 300}));
+}
+
+TEST(PanelFrame, ThePillsScreenComesBeforeTheOneWithTheKeyboard) {
+  const std::vector<Screen> screens{FakeDesktop::screen({0, 0, 1000, 900}, 24),
+                                    FakeDesktop::screen({1000, 0, 1000, 900}, 24)};
+  EXPECT_EQ(frame(Rect{400, 876, 200, 24}, 300, screens, screens[1]).x, 330);
+  // A pill that is on none leaves it to the keyboard.
+  EXPECT_EQ(frame(Rect{2000, 876, 200, 24}, 300, screens, screens[1]).x, 1652);
 }
 
 TEST(PanelFrame, WithoutAPillAFurtherScreenDoesNotMatter) {

@@ -264,6 +264,29 @@ TEST(PanelNodes, EndlessTextsAreCut) {
   EXPECT_THAT(std::get<PanelLines>(log.kind).lines.front(), EndsWith("y…"));
 }
 
+TEST(PanelNodes, LineBreaksInWhatTheServiceSendsAreSpaces) {
+  PickerState state{PickerState::Loaded{.sections = {{.title = "Live",
+                                                      .rows = {{.id = "m",
+                                                                .teams = "MI\nv\tCSK",
+                                                                .competition = "IPL\n\n",
+                                                                .detail = "1\r\n2"}}}}}};
+  const auto box = panel_nodes::matches(state, std::nullopt);
+  const auto& button = std::get<PanelRadioButton>(nodes(box)[1].kind);
+  EXPECT_EQ(button.title, "MI v CSK");
+  EXPECT_EQ(button.detail, "IPL   · 1 2");
+  auto event = records::boom(1, BoomKind::four);
+  event.batter = "R\nSharma";
+  const auto log = panel_nodes::log({.entries = {event}});
+  EXPECT_THAT(std::get<PanelLines>(log.kind).lines, ElementsAre("FOUR — R Sharma (MI)"));
+}
+
+TEST(PanelNodes, AControlsHelpIsHowItStandsElseWhatIsUnderIt) {
+  EXPECT_EQ((PanelRadioButton{.title = "MI v CSK", .detail = "IPL"}).help(), "IPL");
+  EXPECT_EQ((PanelCheckBox{.title = "Hide", .detail = "Note"}).help(), "Note");
+  EXPECT_EQ((PanelCheckBox{.title = "Login", .status = "On", .detail = "Note"}).help(), "On");
+  EXPECT_EQ((PanelCheckBox{.title = "Login"}).help(), "");
+}
+
 TEST(PanelNodes, MarkupStaysText) {
   PickerState state{PickerState::Loaded{
       .sections = {{.title = "Live", .rows = {{.id = "m", .teams = "<b>x</b> v &amp;"}}}}}};

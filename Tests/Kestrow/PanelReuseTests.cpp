@@ -52,5 +52,19 @@ TEST(PanelReuse, GivesNoPlaceTwice) {
   EXPECT_EQ(reusedPlaces(before, after), (Places{0, 1, std::nullopt}));
 }
 
+std::size_t kept(const std::vector<std::string>& before, const std::vector<std::string>& after) {
+  return keptLines(before, after);
+}
+
+TEST(PanelReuse, KeepsTheLinesOfALogFromItsEnd) {
+  EXPECT_EQ(kept({"b", "a"}, {"c", "b", "a"}), 2U);
+  EXPECT_EQ(kept({"b", "a"}, {"b", "a"}), 2U);
+  EXPECT_EQ(kept({"c", "b", "a"}, {"b", "a"}), 2U);
+  EXPECT_EQ(kept({"c", "x", "a"}, {"c", "y", "a"}), 1U);
+  EXPECT_EQ(kept({"b", "a"}, {"b", "z"}), 0U);
+  EXPECT_EQ(kept({}, {"a"}), 0U);
+  EXPECT_EQ(kept({"a"}, {}), 0U);
+}
+
 }  // namespace
 }  // namespace kestrow

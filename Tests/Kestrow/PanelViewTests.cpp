@@ -16,8 +16,10 @@
 namespace kestrow {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
 using testing::SizeIs;
 
 using Answer = FeedResult<MatchesResponse>;
@@ -117,11 +119,32 @@ TEST_F(PanelControllerTest, HasNoWindowUntilItIsShown) {
 TEST_F(PanelControllerTest, OpensInPlaceWithTheKeyboardAndWatches) {
   panel().show();
   EXPECT_TRUE(panel().isVisible());
-  EXPECT_THAT(surface().calls, ElementsAre("frame", "show", "watch"));
-  EXPECT_EQ(surface().frames.back(),
-            PanelController::frameFor(desktop_.attachedScreens, pill_.windowFrame(), 500));
+  EXPECT_THAT(surface().calls, ElementsAre("frame", "top", "show", "watch"));
+  EXPECT_EQ(
+      surface().frames.back(),
+      PanelController::frameFor(desktop_.attachedScreens, std::nullopt, pill_.windowFrame(), 500));
   EXPECT_EQ(pickerText(), "Loading matches…");
   EXPECT_THAT(loads_, SizeIs(1));
+}
+
+TEST_F(PanelControllerTest, WithoutAPillStaysOnTheScreenThatItHasTheKeyboardOn) {
+  const auto second = FakeDesktop::screen({1440, 0, 1000, 900}, 24);
+  desktop_.attachedScreens.push_back(second);
+  defaults_.setBoolean(DefaultsKey::pillHidden, true);
+  pill_.rebuild(false);
+  desktop_.screenWithKeyboard = second;
+  panel().show();
+  EXPECT_EQ(surface().frames.back().midX(), 1940);
+}
+
+TEST_F(PanelControllerTest, OpensAtItsTopAndStaysWhereItIsWhenShownAgain) {
+  panel().show();
+  surface().calls.clear();
+  panel().show();
+  EXPECT_THAT(surface().calls, Not(Contains("top")));
+  panel().close();
+  panel().show();
+  EXPECT_THAT(surface().calls, Contains("top"));
 }
 
 TEST_F(PanelControllerTest, EveryOpeningLoadsAnewInTheSameWindow) {

@@ -249,7 +249,8 @@ TEST_F(PillViewTest, DrawsTheScoreInItsPlaces) {
   double x = (180 - liveWidth) * 0.5 + 6 + 7;
   EXPECT_EQ(described(std::get<Drawn::Text>(calls[0]).origin), described(Point{x, 12 - 6.875}));
   x += teamsWidth + 9;
-  expectCall(calls[1], Drawn::Fill{Path::rect({x, 6, 1, 12}), white(0.15)});
+  expectCall(calls[1], Drawn::Fill{Path::rect({83.5, 6, 1, 12}), white(0.15)});
+  EXPECT_NEAR(x, 83.65, 1e-9);  // the nearest pixel's edge to it
   x += 1 + 9;
   expectCall(calls[2], Drawn::Text{line("145/3", PillRole::primary), {x, 12 - 8.125}});
   x += primaryWidth + 6;
@@ -262,7 +263,8 @@ TEST_F(PillViewTest, ElementsGoByTheRectangleTheyAreIn) {
   const double x = 10 + (180 - liveWidth) * 0.5 + 13;
   EXPECT_EQ(described(std::get<Drawn::Text>(calls[0]).origin), described(Point{x, 19 - 6.875}));
   EXPECT_EQ(described(std::get<Drawn::Fill>(calls[1]).path),
-            described(Path::rect({x + teamsWidth + 9, 13, 1, 12})));
+            described(Path::rect({93.5, 13, 1, 12})));
+  EXPECT_NEAR(x + teamsWidth + 9, 93.65, 1e-9);
 }
 
 AttributedText teamsLine(const std::vector<std::pair<std::string, double>>& runs) {
@@ -271,6 +273,63 @@ AttributedText teamsLine(const std::vector<std::pair<std::string, double>>& runs
     line.push_back({text, PillView::attributes(PillRole::teams, white(alpha), std::nullopt)});
   }
   return line;
+}
+
+TEST_F(PillViewTest, TheDividerIsOnWholePixelsAtEveryScale) {
+  layOut(180);
+  const auto divider = [&](const Rect& bounds, double scale) {
+    return described(draw(bounds, scale)[3]);
+  };
+  const auto expected = [](const Rect& rect) {
+    return described(Drawn::Call(Drawn::Fill{Path::rect(rect), white(0.15)}));
+  };
+  const Rect bounds{0, 0, 180, 24};
+  EXPECT_EQ(divider(bounds, 1), expected({84, 6, 1, 12}));
+  EXPECT_EQ(divider(bounds, 1.25), expected({84, 6.4, 0.8, 12}));
+  EXPECT_EQ(divider(bounds, 1.5), expected({125 / 1.5, 6, 2 / 1.5, 12}));
+  EXPECT_EQ(divider(bounds, 2), expected({83.5, 6, 1, 12}));
+  // Never thinner than a pixel, and by the pixels of the window, wherever that is.
+  EXPECT_EQ(divider(bounds, 0.4), expected({82.5, 5, 2.5, 12.5}));
+  EXPECT_EQ(divider({0.3, 0.7, 180, 24}, 1), expected({83.3, 5.7, 1, 12}));
+}
+
+TEST_F(PillViewTest, TheStripIsOnWholePixelsAtEveryScale) {
+  view_.setTheme(TeamTheme::named("csk"));
+  const auto strip = [&](double scale) { return described(draw({0, 0, 100, 24}, scale)[2]); };
+  const auto expected = [](double height) {
+    return described(Drawn::Call(Drawn::Fill{Path::rect({0, 0, 100, height}), {RGB(0xF9CD05), 1}}));
+  };
+  EXPECT_EQ(strip(1), expected(2));
+  EXPECT_EQ(strip(1.25), expected(2.4));
+  EXPECT_EQ(strip(1.5), expected(2));
+  EXPECT_EQ(strip(2), expected(2));
+}
+
+TEST_F(PillViewTest, TextsAreDrawnOnOneLine) {
+  auto content = live();
+  content.teams = "MI V\tCSK";
+  content.battingTeam = std::nullopt;
+  content.primary = "145\n/3";
+  view_.setContent(content);
+  layOut(220);
+  const auto calls = foreground({0, 0, 220, 24});
+  EXPECT_EQ(std::get<Drawn::Text>(calls[0]).text, teamsLine({{"MI V CSK", 0.7}}));
+  EXPECT_EQ(std::get<Drawn::Text>(calls[2]).text, line("145 /3", PillRole::primary));
+}
+
+TEST_F(PillViewTest, OfATextThatNoScreenHoldsOnlyTheStartIsMeasuredAndDrawn) {
+  const std::string longest(2000, 'W');
+  EXPECT_DOUBLE_EQ(view_.measure()(longest + 'W', PillRole::primary), 2000 * 6.5);
+  EXPECT_DOUBLE_EQ(view_.measure()(longest.substr(1), PillRole::primary), 1999 * 6.5);
+  auto content = live();
+  content.teams = longest + "WW";
+  content.battingTeam = std::nullopt;
+  content.primary = longest + "x";
+  view_.setContent(content);
+  layOut(1e6);
+  const auto calls = foreground({0, 0, 1e6, 24});
+  EXPECT_EQ(std::get<Drawn::Text>(calls[0]).text, teamsLine({{longest, 0.7}}));
+  EXPECT_EQ(std::get<Drawn::Text>(calls[2]).text, line(longest, PillRole::primary));
 }
 
 TEST_F(PillViewTest, TheBattingSideShinesAndTheWordBetweenStepsBack) {

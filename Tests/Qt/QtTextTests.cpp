@@ -164,17 +164,8 @@ TEST(QtText, AColonIsAsHighBetweenAnyDigits) {
   EXPECT_EQ(colon("1:1"), colon("9:0"));
 }
 
-TEST(QtText, LineBreaksAndTabulatorsAreSpaces) {
-  for (const auto* broken : {"MI\nCSK", "MI\tCSK", "MI\u2028CSK", "MI\u2029CSK", "MI\rCSK"}) {
-    EXPECT_EQ(drawn(text(broken, plain)), drawn(text("MI CSK", plain)));
-  }
+TEST(QtText, ANarrowSpaceIsNarrow) {
   EXPECT_NE(width(text("7:30\u202fPM", plain)), width(text("7:30 PM", plain)));
-}
-
-TEST(QtText, OfATextThatNoScreenHoldsOnlyTheStartIsLaidOut) {
-  const double most = width(text(std::string(2000, 'i'), plain));
-  EXPECT_GT(most, width(text(std::string(1999, 'i'), plain)));
-  EXPECT_EQ(width(text(std::string(std::size_t{1} << 22U, 'i'), plain)), most);
 }
 
 TEST(QtText, ABlurKeepsTheLightAndSpreadsItEvenly) {

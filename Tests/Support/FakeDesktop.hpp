@@ -79,6 +79,7 @@ class FakeDesktop : public Desktop {
   }
 
   std::vector<Screen> attachedScreens{screen({0, 0, 1440, 900}, 24)};
+  std::optional<Screen> screenWithKeyboard;
   bool reducesMotion = false;
   bool excludesFromCaptures = false;
   std::vector<std::shared_ptr<PillSurfaceRecord>> surfaces;  // in the order of making
@@ -100,6 +101,7 @@ class FakeDesktop : public Desktop {
   }
 
   std::vector<Screen> screens() const override { return attachedScreens; }
+  std::optional<Screen> mainScreen() const override { return screenWithKeyboard; }
   Subscription onScreensChanged(std::function<void()> action) override {
     return screensChanged.subscribe(std::move(action));
   }

@@ -56,6 +56,7 @@ class RecordingPanelSurface final : public PanelSurface {
     ++record_->contentsSet;
   }
   double fittingHeight() override { return record_->fittingHeight; }
+  void scrollToTop() override { record_->calls.emplace_back("top"); }
   void setFrame(const Rect& frame) override {
     record_->frames.push_back(frame);
     record_->calls.emplace_back("frame");

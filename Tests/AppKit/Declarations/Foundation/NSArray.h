@@ -11,7 +11,6 @@ NS_ASSUME_NONNULL_BEGIN
                            count:(NSUInteger)count;
 - (NSArray<ObjectType>*)copy;
 @property(nullable, readonly) ObjectType lastObject;
-- (NSString*)componentsJoinedByString:(NSString*)separator;
 @end
 
 @interface NSDictionary<__covariant KeyType, __covariant ObjectType> : NSObject<NSCopying>

@@ -7,19 +7,12 @@ NS_ASSUME_NONNULL_BEGIN
 typedef NSUInteger NSStringEncoding;
 enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
 
-@class NSArray<__covariant ObjectType>;
-
-@interface NSCharacterSet : NSObject<NSCopying>
-+ (NSCharacterSet*)characterSetWithCharactersInString:(NSString*)characters;
-@end
-
 @interface NSString : NSObject<NSCopying>
 @property(readonly) NSUInteger length;
 @property(nullable, readonly) const char* UTF8String NS_RETURNS_INNER_POINTER;
 - (nullable instancetype)initWithBytes:(const void*)bytes
                                 length:(NSUInteger)length
                               encoding:(NSStringEncoding)encoding;
-- (NSArray<NSString*>*)componentsSeparatedByCharactersInSet:(NSCharacterSet*)separator;
 - (BOOL)isEqualToString:(NSString*)text;
 @end
 
