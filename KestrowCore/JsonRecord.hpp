@@ -89,7 +89,7 @@ class Decoder {
   // Longer lists, and texts of more bytes, are refused. None of ours comes near, and what is done
   // with them keeps the main thread from answering clicks.
   static constexpr std::size_t longestList = 10'000;
-  static constexpr std::size_t longestText = 16'384;
+  static constexpr std::size_t longestText = 65'536;
 
   const Error& failure() const { return failure_; }
 

@@ -98,7 +98,7 @@ def many_matches(count):
 
 
 LONG = "Wide name " * (MEBIBYTE // 10)
-LONGEST = LONG[:16384]
+LONGEST = LONG[:65536]
 ODD = "\0\a\x1b[31m\u202e<b>&amp;\u2066\n\r\t" * 3
 WORST = {
     "a reset": reset,
