@@ -151,10 +151,10 @@ def main():
     drawing()
     panel()
     return max([
-        run("Start and memory, in turns on one display", "Desktop/start.py", str(2 * ROUNDS + 1)),
-        run("A quiet minute", "Desktop/idle.py"),
-        run("The program in use", "Desktop/pixels.py"),
-        run("The score service", "Service/service.py")])
+        run("Start and memory, in turns on one display", "Programs/start.py", str(2 * ROUNDS + 1)),
+        run("A quiet minute", "Programs/idle.py"),
+        run("The program in use", "Programs/pixels.py"),
+        run("The score service", "Programs/service.py")])
 
 
 sys.exit(main())

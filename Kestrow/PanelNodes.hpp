@@ -40,9 +40,8 @@ struct PanelId {
 namespace panel_nodes {
 
 // Matches that are offered, the first ones of the list. No day of cricket has as many, and building
-// controls for a thousand, with word of each to assistive technology, takes longer than a click
-// may.
-inline constexpr std::size_t mostMatches = 200;
+// controls for thousands, with word of each to assistive technology, takes longer than a click may.
+inline constexpr std::size_t mostMatches = 300;
 
 // The whole panel. `canExcludeFromCaptures` says whether the desktop leaves a choice about screen
 // shares; where it does not, the panel says so instead of promising.

@@ -52,7 +52,6 @@ struct Field {
   // Looks at a decoded value; a reason refuses it, null takes it.
   using Check = const char* (*)(const std::remove_const_t<T>& value);
 
-  static constexpr Presence presenceRule = presence;
   const char* text;  // the key's characters
   T& value;
   Check check = nullptr;

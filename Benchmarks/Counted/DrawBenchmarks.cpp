@@ -4,6 +4,7 @@
 #include "Kestrow/Qt/QtCanvas.hpp"
 #include "KestrowCore/PillComposer.hpp"
 #include "Tests/Support/FakeDesktop.hpp"
+#include "Tests/Support/Records.hpp"
 
 #include <QImage>
 #include <QPainter>
@@ -22,22 +23,13 @@ class MeasuringDesktop final : public FakeDesktop {
   qt::QtTextMeasurer measurer_;
 };
 
-PillContent live(std::string teams) {
-  PillContent content;
-  content.status = PillContent::Status::live;
-  content.teams = std::move(teams);
-  content.primary = "145/3";
-  content.secondary = "15.2 ov";
-  return content;
-}
-
 // The picture anew, at so many pixels for a point.
 void drawPill(benchmark::State& state) {
   const auto scale = static_cast<double>(state.range(0));
   MeasuringDesktop desktop;
   FakeDefaults defaults;
-  PillController pill(live("MI v CSK"), defaults, desktop);
-  pill.show(live("MI v CSK"), TeamTheme::standard(), PillEmphasis::none, false);
+  PillController pill(records::liveContent(), defaults, desktop);
+  pill.show(records::liveContent(), TeamTheme::standard(), PillEmphasis::none, false);
   const auto surface = desktop.surface();
   const Rect bounds{0, 0, surface->frame.width, surface->frame.height};
   QImage picture(static_cast<int>(std::ceil(bounds.width * scale)),
@@ -57,7 +49,7 @@ BENCHMARK(drawPill)->Arg(1)->Arg(2)->Unit(benchmark::kMicrosecond);
 // Team names that have to be cut, each cut measured.
 void truncateTeams(benchmark::State& state) {
   MeasuringDesktop desktop;
-  const PillContent content = live("Mumbai Indians v Royal Challengers Bengaluru");
+  const PillContent content = records::liveContent("Mumbai Indians v Royal Challengers Bengaluru");
   const PillView view(content, desktop);
   const MeasureText measure = view.measure();
   const Allocations counted(state);

@@ -1,5 +1,6 @@
 #include "KestrowCore/PillComposer.hpp"
 #include "KestrowCore/Text.hpp"
+#include "Tests/Support/Records.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -22,6 +23,7 @@ using Item = PillComposer::Item;
 using Items = std::vector<Item>;
 using Part = PillComposer::Part;
 using Row = PillElement::Row;
+using records::liveContent;
 using Status = PillContent::Status;
 using Text = PillElement::Text;
 using Dot = PillElement::Dot;
@@ -33,16 +35,6 @@ double measure(std::string_view text, PillRole role) {
   constexpr std::array perRole{8.0, 10.0, 7.0, 5.3, 9.0, 6.0, 12.0, 11.0};
   return perRole.at(static_cast<std::size_t>(role)) *
          static_cast<double>(text::characterCount(text));
-}
-
-PillContent live() {
-  PillContent content;
-  content.status = Status::live;
-  content.teams = "MI v CSK";
-  content.battingTeam = "MI";
-  content.primary = "145/3";
-  content.secondary = "15.2 ov";
-  return content;
 }
 
 PillContent message(Status status, std::string primary) {
@@ -62,20 +54,21 @@ Elements arranged(const PillContent& content, Part part, double width, bool expa
 
 TEST(PillItems, OfALiveMatchAreTheTeamsTheDividerAndTheValues) {
   EXPECT_EQ(
-      itemsOf(live(), Part::drawn),
+      itemsOf(liveContent(), Part::drawn),
       (Items{Dot{}, Gap{7}, Text{PillRole::teams, "MI v CSK"}, Gap{9}, Divider{}, Gap{9},
              Text{PillRole::primary, "145/3"}, Gap{6}, Text{PillRole::secondary, "15.2 ov"}}));
 }
 
 TEST(PillItems, OfTheWingsAreTheTwoHalves) {
-  EXPECT_EQ(itemsOf(live(), Part::leftWing),
+  EXPECT_EQ(itemsOf(liveContent(), Part::leftWing),
             (Items{Dot{}, Gap{7}, Text{PillRole::teams, "MI v CSK"}}));
-  EXPECT_EQ(itemsOf(live(), Part::rightWing), (Items{Text{PillRole::primary, "145/3"}, Gap{6},
-                                                     Text{PillRole::secondary, "15.2 ov"}}));
+  EXPECT_EQ(
+      itemsOf(liveContent(), Part::rightWing),
+      (Items{Text{PillRole::primary, "145/3"}, Gap{6}, Text{PillRole::secondary, "15.2 ov"}}));
 }
 
 TEST(PillItems, HaveOneGapAndNoDividerWithoutTeams) {
-  PillContent content = live();
+  PillContent content = liveContent();
   content.teams.reset();
   content.secondary.reset();
   EXPECT_EQ(itemsOf(content, Part::drawn),
@@ -85,13 +78,13 @@ TEST(PillItems, HaveOneGapAndNoDividerWithoutTeams) {
 }
 
 TEST(PillItems, TakeTheGivenTextsInPlaceOfTheContents) {
-  EXPECT_EQ(PillComposer::items(live(), Part::drawn, "MI…", std::nullopt),
+  EXPECT_EQ(PillComposer::items(liveContent(), Part::drawn, "MI…", std::nullopt),
             (Items{Dot{}, Gap{7}, Text{PillRole::teams, "MI…"}, Gap{9}, Divider{}, Gap{9},
                    Text{PillRole::primary, "145/3"}}));
 }
 
 TEST(PillItems, EndWithTheTags) {
-  PillContent content = live();
+  PillContent content = liveContent();
   content.isSample = content.isStale = true;
   EXPECT_EQ(itemsOf(content, Part::rightWing),
             (Items{Text{PillRole::primary, "145/3"}, Gap{6}, Text{PillRole::secondary, "15.2 ov"},
@@ -133,7 +126,7 @@ TEST(PillItems, OfAnAlertAreHeadlineAndDetail) {
 TEST(PillWidth, SumsTheItems) {
   EXPECT_EQ(PillComposer::width({}, measure), 0);
   // 6 + 7 + 64 + 9 + 1 + 9 + 50 + 6 + 49
-  EXPECT_EQ(PillComposer::width(itemsOf(live(), Part::drawn), measure), 201);
+  EXPECT_EQ(PillComposer::width(itemsOf(liveContent(), Part::drawn), measure), 201);
 }
 
 TEST(PillWidth, RoundsOnlyTagsUpAndPadsThem) {
@@ -145,11 +138,11 @@ TEST(PillWidth, RoundsOnlyTagsUpAndPadsThem) {
 }
 
 TEST(PillContentWidth, IsRoundedUpAndWithoutPadding) {
-  EXPECT_EQ(PillComposer::contentWidth(live(), Part::drawn, false, measure), 201);
-  EXPECT_EQ(PillComposer::contentWidth(live(), Part::leftWing, false, measure), 77);
-  EXPECT_EQ(PillComposer::contentWidth(live(), Part::rightWing, false, measure), 105);
+  EXPECT_EQ(PillComposer::contentWidth(liveContent(), Part::drawn, false, measure), 201);
+  EXPECT_EQ(PillComposer::contentWidth(liveContent(), Part::leftWing, false, measure), 77);
+  EXPECT_EQ(PillComposer::contentWidth(liveContent(), Part::rightWing, false, measure), 105);
   const auto third = [](std::string_view, PillRole) { return 10.3; };
-  EXPECT_EQ(PillComposer::contentWidth(live(), Part::leftWing, false, third), 24);
+  EXPECT_EQ(PillComposer::contentWidth(liveContent(), Part::leftWing, false, third), 24);
   EXPECT_EQ(
       PillComposer::contentWidth(message(Status::loading, "x"), Part::rightWing, false, measure),
       0);
@@ -164,7 +157,7 @@ TEST(PillContentWidth, OfAnExpandedAlertIsTheWiderRow) {
   // Side by side otherwise.
   EXPECT_EQ(PillComposer::contentWidth(alert, Part::drawn, false, measure), 48 + 9 + 66);
   EXPECT_EQ(PillComposer::contentWidth(alert, Part::leftWing, true, measure), 48);
-  EXPECT_EQ(PillComposer::contentWidth(live(), Part::drawn, true, measure), 201);
+  EXPECT_EQ(PillComposer::contentWidth(liveContent(), Part::drawn, true, measure), 201);
   PillContent bare = alert;
   bare.secondary.reset();
   EXPECT_EQ(PillComposer::contentWidth(bare, Part::drawn, true, measure), 48);
@@ -174,7 +167,7 @@ TEST(PillContentWidth, OfAnExpandedAlertIsTheWiderRow) {
 }
 
 TEST(PillArrange, CentresTheDrawnPill) {
-  EXPECT_EQ(arranged(live(), Part::drawn, 241),
+  EXPECT_EQ(arranged(liveContent(), Part::drawn, 241),
             (Elements{{Dot{}, 20, 6},
                       {Text{PillRole::teams, "MI v CSK"}, 33, 64},
                       {Divider{}, 106, 1},
@@ -183,15 +176,15 @@ TEST(PillArrange, CentresTheDrawnPill) {
 }
 
 TEST(PillArrange, PushesTheLeftWingAgainstTheHousingAndStartsTheRightOneBesideIt) {
-  EXPECT_EQ(arranged(live(), Part::leftWing, 200),
+  EXPECT_EQ(arranged(liveContent(), Part::leftWing, 200),
             (Elements{{Dot{}, 111, 6}, {Text{PillRole::teams, "MI v CSK"}, 124, 64}}));
-  EXPECT_EQ(arranged(live(), Part::rightWing, 200),
+  EXPECT_EQ(arranged(liveContent(), Part::rightWing, 200),
             (Elements{{Text{PillRole::primary, "145/3"}, 12, 50},
                       {Text{PillRole::secondary, "15.2 ov"}, 68, 49}}));
 }
 
 TEST(PillArrange, GivesTheTagsTheirBadges) {
-  PillContent content = live();
+  PillContent content = liveContent();
   content.isSample = content.isStale = true;
   content.secondary.reset();
   EXPECT_EQ(arranged(content, Part::rightWing, 200),
@@ -201,23 +194,23 @@ TEST(PillArrange, GivesTheTagsTheirBadges) {
 }
 
 TEST(PillArrange, ShortensNothingThatJustFits) {
-  EXPECT_THAT(PillComposer::readingTexts(arranged(live(), Part::drawn, 225)),
+  EXPECT_THAT(PillComposer::readingTexts(arranged(liveContent(), Part::drawn, 225)),
               ElementsAre("MI v CSK", "145/3", "15.2 ov"));
 }
 
 TEST(PillArrange, ShortensTheTeamsFirst) {
-  EXPECT_THAT(PillComposer::readingTexts(arranged(live(), Part::drawn, 224)),
+  EXPECT_THAT(PillComposer::readingTexts(arranged(liveContent(), Part::drawn, 224)),
               ElementsAre("MI v C…", "145/3", "15.2 ov"));
   // 24 points for the teams hold three characters.
-  const Elements elements = arranged(live(), Part::drawn, 225 - 40);
+  const Elements elements = arranged(liveContent(), Part::drawn, 225 - 40);
   EXPECT_THAT(PillComposer::readingTexts(elements), ElementsAre("MI…", "145/3", "15.2 ov"));
   EXPECT_EQ(elements.front().x, 12);
 }
 
 TEST(PillArrange, DropsTeamsAndDividerWhenOnlyTheEllipsisWouldStay) {
-  EXPECT_THAT(PillComposer::readingTexts(arranged(live(), Part::drawn, 225 - 48)),
+  EXPECT_THAT(PillComposer::readingTexts(arranged(liveContent(), Part::drawn, 225 - 48)),
               ElementsAre("M…", "145/3", "15.2 ov"));
-  const Elements elements = arranged(live(), Part::drawn, 225 - 49);
+  const Elements elements = arranged(liveContent(), Part::drawn, 225 - 49);
   EXPECT_EQ(elements, (Elements{{Dot{}, 28, 6},
                                 {Text{PillRole::primary, "145/3"}, 43, 50},
                                 {Text{PillRole::secondary, "15.2 ov"}, 99, 49}}));
@@ -225,18 +218,18 @@ TEST(PillArrange, DropsTeamsAndDividerWhenOnlyTheEllipsisWouldStay) {
 
 TEST(PillArrange, ShortensTheSecondaryWhenTheTeamsAreNotEnough) {
   // Without teams 120 points are needed.
-  EXPECT_THAT(PillComposer::readingTexts(arranged(live(), Part::drawn, 24 + 120)),
+  EXPECT_THAT(PillComposer::readingTexts(arranged(liveContent(), Part::drawn, 24 + 120)),
               ElementsAre("145/3", "15.2 ov"));
-  EXPECT_THAT(PillComposer::readingTexts(arranged(live(), Part::drawn, 24 + 119)),
+  EXPECT_THAT(PillComposer::readingTexts(arranged(liveContent(), Part::drawn, 24 + 119)),
               ElementsAre("145/3", "15.2…"));
-  EXPECT_THAT(PillComposer::readingTexts(arranged(live(), Part::drawn, 24 + 85)),
+  EXPECT_THAT(PillComposer::readingTexts(arranged(liveContent(), Part::drawn, 24 + 85)),
               ElementsAre("145/3", "1…"));
-  EXPECT_THAT(PillComposer::readingTexts(arranged(live(), Part::drawn, 24 + 84)),
+  EXPECT_THAT(PillComposer::readingTexts(arranged(liveContent(), Part::drawn, 24 + 84)),
               ElementsAre("145/3"));
 }
 
 TEST(PillArrange, LetsTheScoreAndTheTagsRunPastTheEdge) {
-  PillContent content = live();
+  PillContent content = liveContent();
   content.isStale = true;
   EXPECT_EQ(arranged(content, Part::drawn, 40),
             (Elements{{Dot{}, 12, 6},
@@ -246,9 +239,9 @@ TEST(PillArrange, LetsTheScoreAndTheTagsRunPastTheEdge) {
 }
 
 TEST(PillArrange, ShortensTheWingsOnTheirOwn) {
-  EXPECT_EQ(arranged(live(), Part::leftWing, 24 + 77 - 1),
+  EXPECT_EQ(arranged(liveContent(), Part::leftWing, 24 + 77 - 1),
             (Elements{{Dot{}, 19, 6}, {Text{PillRole::teams, "MI v C…"}, 32, 56}}));
-  EXPECT_EQ(arranged(live(), Part::rightWing, 24 + 105 - 1),
+  EXPECT_EQ(arranged(liveContent(), Part::rightWing, 24 + 105 - 1),
             (Elements{{Text{PillRole::primary, "145/3"}, 12, 50},
                       {Text{PillRole::secondary, "15.2…"}, 68, 35}}));
 }

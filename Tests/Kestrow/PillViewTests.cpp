@@ -2,6 +2,7 @@
 #include "KestrowCore/Text.hpp"
 #include "Tests/Support/FakeDesktop.hpp"
 #include "Tests/Support/RecordingCanvas.hpp"
+#include "Tests/Support/Records.hpp"
 
 #include <gtest/gtest.h>
 
@@ -13,6 +14,7 @@
 namespace kestrow {
 namespace {
 
+using records::liveContent;
 using Status = PillContent::Status;
 
 Color white(double alpha) {
@@ -23,18 +25,8 @@ constexpr RGB floodlight{1, 210 / 255.0, 63 / 255.0};
 constexpr RGB ball{228 / 255.0, 34 / 255.0, 63 / 255.0};
 constexpr RGB grey{0.55, 0.55, 0.55};
 
-PillContent live() {
-  PillContent content;
-  content.status = Status::live;
-  content.teams = "MI v CSK";
-  content.battingTeam = "MI";
-  content.primary = "145/3";
-  content.secondary = "15.2 ov";
-  return content;
-}
-
 PillContent withStatus(Status status) {
-  PillContent content = live();
+  PillContent content = liveContent();
   content.status = status;
   return content;
 }
@@ -77,7 +69,7 @@ class PillViewTest : public testing::Test {
   }
 
   FakeDesktop desktop_;
-  PillView view_{live(), desktop_};
+  PillView view_{liveContent(), desktop_};
 };
 
 // Left side, round corners, right side; the top stays open.
@@ -145,7 +137,7 @@ TEST_F(PillViewTest, EveryRoleHasItsColourAndGlow) {
 }
 
 TEST_F(PillViewTest, AnOldScoreIsHalfAsStrongAndNothingElseIs) {
-  auto content = live();
+  auto content = liveContent();
   content.isStale = true;
   view_.setContent(content);
   expectStyles(view_, {{PillRole::teams, white(0.7), {}},
@@ -163,7 +155,7 @@ TEST_F(PillViewTest, AFlashingScoreIsInFloodlightAtFullStrengthHoweverOldItIs) {
   expectStyles(view_, {{PillRole::primary, {floodlight, 1}, Color{amber, 0.9}, true},
                        {PillRole::secondary, white(0.55), {}},
                        {PillRole::headline, {floodlight, 1}, Color{floodlight, 0.45}}});
-  auto content = live();
+  auto content = liveContent();
   content.isStale = true;
   view_.setContent(content);
   expectStyles(view_, {{PillRole::primary, {floodlight, 1}, Color{amber, 0.9}, true}});
@@ -306,7 +298,7 @@ TEST_F(PillViewTest, TheStripIsOnWholePixelsAtEveryScale) {
 }
 
 TEST_F(PillViewTest, TextsAreDrawnOnOneLine) {
-  auto content = live();
+  auto content = liveContent();
   content.teams = "MI V\tCSK";
   content.battingTeam = std::nullopt;
   content.primary = "145\n/3";
@@ -321,7 +313,7 @@ TEST_F(PillViewTest, OfATextThatNoScreenHoldsOnlyTheStartIsMeasuredAndDrawn) {
   const std::string longest(2000, 'W');
   EXPECT_DOUBLE_EQ(view_.measure()(longest + 'W', PillRole::primary), 2000 * 6.5);
   EXPECT_DOUBLE_EQ(view_.measure()(longest.substr(1), PillRole::primary), 1999 * 6.5);
-  auto content = live();
+  auto content = liveContent();
   content.teams = longest + "WW";
   content.battingTeam = std::nullopt;
   content.primary = longest + "x";
@@ -339,7 +331,7 @@ TEST_F(PillViewTest, TheBattingSideShinesAndTheWordBetweenStepsBack) {
 }
 
 TEST_F(PillViewTest, TheSecondSideShinesWhenItBats) {
-  auto content = live();
+  auto content = liveContent();
   content.battingTeam = "csk";
   view_.setContent(content);
   layOut(180);
@@ -348,7 +340,7 @@ TEST_F(PillViewTest, TheSecondSideShinesWhenItBats) {
 }
 
 TEST_F(PillViewTest, WithoutABattingSideThePairingIsEven) {
-  auto content = live();
+  auto content = liveContent();
   content.battingTeam = std::nullopt;
   view_.setContent(content);
   layOut(180);
@@ -357,7 +349,7 @@ TEST_F(PillViewTest, WithoutABattingSideThePairingIsEven) {
 }
 
 TEST_F(PillViewTest, TagsSitInBadges) {
-  auto content = live();
+  auto content = liveContent();
   content.isSample = true;
   content.isStale = true;
   view_.setContent(content);
@@ -539,7 +531,7 @@ TEST_F(PillViewTest, EveryChangeAsksForANewPictureAndPlacesTheDot) {
   EXPECT_EQ(record->redraws, 4);
   EXPECT_EQ(record->dot, std::nullopt);
   view_.setSurface(nullptr);
-  view_.setContent(live());
+  view_.setContent(liveContent());
   EXPECT_EQ(record->redraws, 4);
 }
 
@@ -548,7 +540,7 @@ TEST_F(PillViewTest, ANewLabelIsToldAndTheSameOneIsNot) {
   RecordingPillSurface surface(record);
   view_.setSurface(&surface);
   EXPECT_EQ(view_.accessibilityLabel(), "MI v CSK, 145/3, 15.2 ov");
-  auto content = live();
+  auto content = liveContent();
   content.battingTeam = "CSK";
   view_.setContent(content);
   EXPECT_EQ(record->labelChanges, 0);
@@ -559,7 +551,7 @@ TEST_F(PillViewTest, ANewLabelIsToldAndTheSameOneIsNot) {
 }
 
 TEST_F(PillViewTest, AssistiveTechnologyIsSparedATextThatNobodyHearsToItsEnd) {
-  auto content = live();
+  auto content = liveContent();
   content.teams = std::string(text::longestRead + 1, 'w');
   view_.setContent(content);
   EXPECT_EQ(view_.accessibilityLabel(), std::string(text::longestRead, 'W') + "…");
@@ -574,7 +566,7 @@ TEST_F(PillViewTest, AClickDoesWhatItIsToldTo) {
 }
 
 TEST_F(PillViewTest, HoldsWhatItWasGiven) {
-  EXPECT_EQ(view_.content(), live());
+  EXPECT_EQ(view_.content(), liveContent());
   EXPECT_EQ(view_.theme(), TeamTheme::standard());
   EXPECT_EQ(view_.emphasis(), PillEmphasis::none);
   EXPECT_EQ(view_.layout(), std::nullopt);

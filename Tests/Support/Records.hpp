@@ -3,6 +3,7 @@
 
 #include "KestrowCore/BoomEvent.hpp"
 #include "KestrowCore/Match.hpp"
+#include "KestrowCore/PillContent.hpp"
 
 #include <cstdint>
 #include <string>
@@ -25,6 +26,17 @@ inline Match match(std::string id, MatchPhase phase = MatchPhase::live) {
 
 inline MatchesResponse live(std::vector<Match> matches) {
   return {.live = std::move(matches)};
+}
+
+// What the pill shows of a live match.
+inline PillContent liveContent(std::string teams = "MI v CSK") {
+  PillContent content;
+  content.status = PillContent::Status::live;
+  content.teams = std::move(teams);
+  content.battingTeam = "MI";
+  content.primary = "145/3";
+  content.secondary = "15.2 ov";
+  return content;
 }
 
 inline BoomEvent boom(std::int64_t id, BoomKind kind = BoomKind::six) {

@@ -2,15 +2,13 @@
 library that sends the same bytes. By the processor time that each server takes, so that the clients
 on the other cores don't count. Argument: the folder of the built programs."""
 import http.client
-import os
 import statistics
 import subprocess
-import sys
 import time
-from pathlib import Path
 from urllib.parse import urlparse
 
-BIN = Path(sys.argv[1]).resolve()
+from measuring import BIN, cpu
+
 ROUNDS = 5
 SECONDS = 1.0
 PATH = "/api/matches"
@@ -27,14 +25,6 @@ def start(command, text=b""):
 def get(connection):
     connection.request("GET", PATH)
     return connection.getresponse().read()
-
-
-def cpu(pid):
-    total = 0
-    for task in os.listdir(f"/proc/{pid}/task"):
-        with open(f"/proc/{pid}/task/{task}/schedstat", encoding="ascii") as file:
-            total += int(file.read().split()[0])
-    return total / 1e9
 
 
 def rate(process, connection):
