@@ -87,11 +87,12 @@ double rowY(PillElement::Row row, double mid, double height) {
 
 // At least one pixel each way: a thin rectangle between two pixels would be a smear.
 Path PillView::crisp(const Rect& rect, const Pixels& pixels) {
-  const auto& [bounds, scale] = pixels;
-  const auto place = [scale = scale](double value, double origin) {
+  const Rect& bounds = pixels.bounds;
+  const double scale = pixels.scale;
+  const auto place = [scale](double value, double origin) {
     return origin + (std::round((value - origin) * scale) / scale);
   };
-  const auto length = [scale = scale](double value) {
+  const auto length = [scale](double value) {
     return std::max(std::round(value * scale), 1.0) / scale;
   };
   return Path::rect(
