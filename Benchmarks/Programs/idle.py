@@ -6,7 +6,7 @@ import sys
 import time
 from pathlib import Path
 
-from measuring import BIN, NOW, Screen, cpu, new_session, switches, wait_until
+from measuring import BIN, NOW, Screen, cpu, new_session, switches_by_thread, wait_until
 
 # Each with the dot pulsing, but for the first; the polls of a live match are in it.
 CASES = {
@@ -54,9 +54,9 @@ def one(case, seconds):
         pids = prepare(session, **CASES[case])
         pid = session.program.pid
         before = {name: cpu(pid) for name, pid in pids.items()}
-        woken = switches(pid)
+        earlier = switches_by_thread(pid)
         time.sleep(seconds)
-        woken = switches(pid) - woken
+        woken = sum(count - earlier.get(thread, 0) for thread, count in switches_by_thread(pid).items())
         shares = {name: (cpu(pid) - before[name]) / seconds for name, pid in pids.items()}
     finally:
         session.end()

@@ -11,7 +11,7 @@ BIN = Path(sys.argv[1]).resolve()
 os.environ["KESTROW_PROGRAM"] = str(BIN / "kestrow")
 os.environ["KESTROW_SERVICE"] = str(BIN / "kestrow-score-service")
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "Tests" / "Desktop"))
-from harness.processes import children, switches, wait_until  # noqa: E402, F401
+from harness.processes import children, switches, switches_by_thread, wait_until  # noqa: E402, F401
 from harness.session import Session  # noqa: E402
 
 WIDTH, HEIGHT = 1280, 800

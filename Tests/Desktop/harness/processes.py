@@ -120,13 +120,18 @@ def resident_bytes(pid):
     return int(status(pid)["VmRSS"].split()[0]) * 1024
 
 
-def switches(pid):
-    """Context switches of all the process's threads so far: each wake-up is one."""
-    total = 0
+def switches_by_thread(pid):
+    """Context switches so far of each thread that the process has now: each wake-up is one."""
+    found = {}
     for task in os.listdir(f"/proc/{pid}/task"):
         with open(f"/proc/{pid}/task/{task}/status", encoding="utf-8") as file:
-            total += sum(int(line.split()[1]) for line in file if "ctxt_switches" in line)
-    return total
+            found[task] = sum(int(line.split()[1]) for line in file if "ctxt_switches" in line)
+    return found
+
+
+def switches(pid):
+    """Those of all its threads together; becomes smaller when a thread ends."""
+    return sum(switches_by_thread(pid).values())
 
 
 def cpu_seconds(pid):
