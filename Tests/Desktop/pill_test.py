@@ -10,6 +10,8 @@ class Pill(PillTest):
         """Another program's window that asks for a state when it appears."""
         other = self.session.open_other_window(*options)
         self.session.run("xdotool", "windowunmap", "--sync", other)
+        # The window manager takes the state away when it lets the window go, a moment later.
+        wait_until(lambda: "not found" in self.session.run("xprop", "-id", other, "_NET_WM_STATE"), "no state")
         self.session.run("xprop", "-id", other, "-f", "_NET_WM_STATE", "32a",
                          "-set", "_NET_WM_STATE", "_NET_WM_STATE_" + state)
         self.session.run("xdotool", "windowmap", "--sync", other, "windowactivate", "--sync", other)
