@@ -103,6 +103,8 @@ TEST_F(UrlSessionTest, FailsWhereTheLibraryRefusesTheRequest) {
   const auto result = fetch("http://127.0.0.1/" + std::string(8'000'001, 'x'));
   ASSERT_FALSE(result.has_value());
   EXPECT_NE(result.error().description, "the test's patience is at its end");
+  // The refusal itself is told, not what sending a request without an address comes to.
+  EXPECT_THAT(result.error().description, testing::Not(testing::HasSubstr("URL")));
 }
 
 TEST_F(UrlSessionTest, KeepsConnectionsButNoCookiesAndNoCache) {
