@@ -1,11 +1,20 @@
 #include "KestrowCore/Poller.hpp"
+#include "Tests/Core/PollerFixture.hpp"
 #include "Tests/Support/ManualMainThread.hpp"
 #include "Tests/Support/Records.hpp"
 #include "Tests/Support/TemporaryFolder.hpp"
 
 #include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdint>
+#include <expected>
+#include <functional>
 #include <limits>
+#include <memory>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace kestrow {
@@ -16,81 +25,9 @@ using records::match;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-using Answer = FeedResult<MatchesResponse>;
-
-Answer failed() {
+PollerTest::Answer failed() {
   return std::unexpected(TransportError{.description = "no network"});
 }
-
-struct Wait {
-  Seconds after{};
-  std::function<void()> action;
-  bool wasCancelled = false;
-  bool wasDropped = false;
-};
-
-class RecordedTimer : public PollTimer {
- public:
-  explicit RecordedTimer(std::shared_ptr<Wait> wait) : wait_(std::move(wait)) {}
-  RecordedTimer(const RecordedTimer&) = delete;
-  RecordedTimer& operator=(const RecordedTimer&) = delete;
-  ~RecordedTimer() override { wait_->wasDropped = true; }
-  void cancel() override { wait_->wasCancelled = true; }
-
- private:
-  std::shared_ptr<Wait> wait_;
-};
-
-// Every wait that was set, to end by hand.
-struct Waits {
-  std::vector<std::shared_ptr<Wait>> all;
-
-  std::vector<Seconds> pending() const {
-    std::vector<Seconds> lengths;
-    for (const auto& wait : all) {
-      if (!wait->wasCancelled && !wait->wasDropped) lengths.push_back(wait->after);
-    }
-    return lengths;
-  }
-  void endLast() const {
-    const auto action = all.back()->action;
-    action();
-  }
-};
-
-class RecordingScheduler : public PollScheduler {
- public:
-  explicit RecordingScheduler(Waits& waits) : waits_(waits) {}
-  std::unique_ptr<PollTimer> schedule(Seconds after, std::function<void()> action) override {
-    waits_.all.push_back(std::make_shared<Wait>(Wait{.after = after, .action = std::move(action)}));
-    return std::make_unique<RecordedTimer>(waits_.all.back());
-  }
-
- private:
-  Waits& waits_;
-};
-
-class PollerTest : public testing::Test {
- public:
-  void make(LocalStore* store = nullptr) {
-    poller.emplace(
-        [this] {
-          requests.emplace_back();
-          return requests.back().task();
-        },
-        std::make_unique<RecordingScheduler>(waits), store);
-    poller->onChange = [this](const FollowState& state) { changes.push_back(state); };
-  }
-
-  void SetUp() override { make(); }
-
-  void answer(std::size_t request, Answer with) { requests.at(request).complete(std::move(with)); }
-
-  std::vector<Pending<Answer>> requests;
-  Waits waits;
-  std::vector<FollowState> changes;
-  std::optional<Poller> poller;
-};
 
 TEST_F(PollerTest, DoesNothingUntilStarted) {
   EXPECT_THAT(requests, IsEmpty());
@@ -314,91 +251,6 @@ TEST_F(PollerTest, PausingFromOnChangeSetsNoWait) {
   poller->start();
   answer(0, live({}));
   EXPECT_THAT(waits.all, IsEmpty());
-}
-
-TEST_F(PollerTest, FollowingShowsTheMatchAtOnceAndPolls) {
-  poller->start();
-  answer(0, live({match("a"), match("b")}));
-  changes.clear();
-  poller->follow("b");
-  ASSERT_EQ(changes.size(), 1U);
-  EXPECT_EQ(changes[0].lastMatch, match("b"));
-  EXPECT_EQ(requests.size(), 2U);
-  EXPECT_THAT(waits.pending(), IsEmpty());
-}
-
-TEST_F(PollerTest, FollowingAMatchThatIsNotListedWaitsFiveMinutesUntilItIs) {
-  poller->start();
-  answer(0, live({match("a")}));
-  poller->follow("b");
-  EXPECT_FALSE(poller->state().lastMatch);
-  answer(1, live({match("a")}));
-  EXPECT_THAT(waits.pending(), ElementsAre(Seconds(300)));
-  waits.endLast();
-  answer(2, live({match("b")}));
-  EXPECT_THAT(waits.pending(), ElementsAre(Seconds(60)));
-}
-
-TEST_F(PollerTest, FollowingWhileStoppedOrPausedDoesNotPoll) {
-  poller->follow("a");
-  EXPECT_THAT(requests, IsEmpty());
-  EXPECT_EQ(changes.size(), 1U);
-  poller->start();
-  poller->pause();
-  poller->follow("b");
-  EXPECT_EQ(requests.size(), 1U);
-  EXPECT_EQ(changes.size(), 2U);
-}
-
-TEST_F(PollerTest, TheFollowedMatchIsKeptInTheStore) {
-  const TemporaryFolder folder;
-  LocalStore store(folder.path());
-  make(&store);
-  EXPECT_FALSE(poller->state().followedMatchId);
-  poller->follow("a");
-  EXPECT_EQ(store.followedMatchId(), "a");
-  make(&store);
-  EXPECT_EQ(poller->state(), FollowState("a"));
-  poller->follow(std::nullopt);
-  EXPECT_FALSE(store.followedMatchId());
-}
-
-TEST_F(PollerTest, FollowingTheSameMatchAgainStillSavesTellsAndPolls) {
-  const TemporaryFolder folder;
-  LocalStore store(folder.path());
-  make(&store);
-  poller->start();
-  poller->follow("a");
-  std::filesystem::remove(store.fileUrl());
-  changes.clear();
-  poller->follow("a");
-  EXPECT_EQ(store.followedMatchId(), "a");
-  EXPECT_EQ(changes.size(), 1U);
-  EXPECT_EQ(requests.size(), 3U);
-}
-
-TEST_F(PollerTest, FollowingKeepsWhatElseIsStoredAndReplacesAnUnreadableFile) {
-  const TemporaryFolder folder;
-  LocalStore store(folder.path());
-  make(&store);
-  writeFile(store.fileUrl(), R"({"installId": "i", "followedMatchId": "old"})");
-  poller->follow("a");
-  EXPECT_EQ(store.load(), (StoredState{.followedMatchId = "a", .installId = "i"}));
-  writeFile(store.fileUrl(), "not JSON");
-  poller->follow("b");
-  EXPECT_EQ(store.load(), StoredState{.followedMatchId = "b"});
-}
-
-TEST_F(PollerTest, AFailedSaveIsIgnored) {
-  const TemporaryFolder folder;
-  writeFile(folder.path() / "file", "");
-  LocalStore store(folder.path() / "file" / "Kestrow");
-  make(&store);
-  poller->start();
-  poller->follow("a");
-  EXPECT_EQ(poller->state().followedMatchId, "a");
-  EXPECT_EQ(changes.size(), 1U);
-  EXPECT_EQ(requests.size(), 2U);
 }
 
 TEST(TaskPollScheduler, RunsTheActionWhenTheTimeHasPassed) {

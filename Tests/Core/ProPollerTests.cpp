@@ -1,11 +1,15 @@
 #include "KestrowCore/ProPoller.hpp"
-#include "Tests/Support/ManualMainThread.hpp"
-#include "Tests/Support/Records.hpp"
-#include "Tests/Support/TemporaryFolder.hpp"
+#include "Tests/Core/ProPollerFixture.hpp"
 
 #include <gmock/gmock.h>
-#include <sys/stat.h>
+#include <gtest/gtest.h>
 
+#include <chrono>
+#include <cstdint>
+#include <expected>
+#include <filesystem>
+#include <optional>
+#include <string>
 #include <vector>
 
 namespace kestrow {
@@ -18,60 +22,6 @@ using records::match;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
-using testing::UnorderedElementsAre;
-
-using Answer = FeedResult<ProMatchResult>;
-
-FollowState following(const std::optional<std::string>& id, MatchPhase phase = MatchPhase::live) {
-  FollowState state(id);
-  if (id) state.lastMatch = match(*id, phase);
-  return state;
-}
-
-ProMatchPayload payload(std::int64_t newest, std::vector<BoomEvent> events = {},
-                        std::vector<BoomEvent> keyMoments = {}) {
-  return {.match = match("a"),
-          .newestEventId = newest,
-          .events = std::move(events),
-          .keyMoments = std::move(keyMoments)};
-}
-
-struct Request {
-  std::string matchId;
-  std::optional<std::int64_t> since;
-  Pending<Answer> answer;
-};
-
-class ProPollerTest : public testing::Test {
- public:
-  ProPollerTest() {
-    poller.onChange = [this] { ++changes; };
-  }
-
-  // A new file takes the place of the old one with each save.
-  ino_t fileIdentity() const {
-    struct stat status{};
-    return ::stat(store.fileUrl().c_str(), &status) == 0 ? status.st_ino : 0;
-  }
-
-  void answerLast(Answer answer) { requests.back().answer.complete(std::move(answer)); }
-
-  void baseline(std::int64_t newest) {
-    poller.startUpdate(following("a"));
-    answerLast(payload(newest));
-  }
-
-  ManualMainThread mainThread;
-  TemporaryFolder folder;
-  LocalStore store{folder.path()};
-  std::vector<Request> requests;
-  int changes = 0;
-  ProPoller poller{[this](std::string matchId, std::optional<std::int64_t> since) {
-                     requests.push_back({std::move(matchId), since, {}});
-                     return requests.back().answer.task();
-                   },
-                   store, mainThread.clock()};
-};
 
 TEST_F(ProPollerTest, AsksNothingWhileNothingIsFollowed) {
   poller.startUpdate(following(std::nullopt));
@@ -360,69 +310,6 @@ TEST_F(ProPollerTest, NotesWhenTheMatchWasFirstSeenFinished) {
   FollowState unlisted("a");
   poller.startUpdate(unlisted);
   EXPECT_FALSE(poller.finishedAt());
-}
-
-TEST_F(ProPollerTest, StoresTheNewestSeenIdBesideThoseOfOtherMatches) {
-  ASSERT_TRUE(store.update([](StoredState& state) {
-    state.installId = "i";
-    state.lastEventIdByMatch = {{"a", 1}, {"z", 7}};
-  }));
-  baseline(3);
-  EXPECT_THAT(*store.load().lastEventIdByMatch, UnorderedElementsAre(Pair("a", 3), Pair("z", 7)));
-  EXPECT_EQ(store.load().installId, "i");
-  poller.startUpdate(following("a"));
-  answerLast(payload(3, {boom(5)}));
-  EXPECT_EQ(store.load().lastEventIdByMatch->at("a"), 5);
-  poller.startUpdate(following("a"));
-  answerLast(payload(8, {boom(6)}));
-  EXPECT_EQ(store.load().lastEventIdByMatch->at("a"), 8);
-}
-
-TEST_F(ProPollerTest, StoresTheNewestSeenIdWhereThereIsNoFile) {
-  baseline(3);
-  EXPECT_THAT(*store.load().lastEventIdByMatch, ElementsAre(Pair("a", 3)));
-}
-
-TEST_F(ProPollerTest, WritesTheFileOnlyWhenTheNewestSeenIdDiffers) {
-  baseline(3);
-  const auto file = fileIdentity();
-  const auto content = fileContent(store.fileUrl());
-  poller.startUpdate(following("a"));
-  answerLast(payload(3));
-  EXPECT_EQ(fileIdentity(), file);
-  EXPECT_EQ(fileContent(store.fileUrl()), content);
-  poller.startUpdate(following("a"));
-  answerLast(payload(4));
-  EXPECT_NE(fileIdentity(), file);
-}
-
-TEST_F(ProPollerTest, TheStoredIdMayAlsoGoDown) {
-  ASSERT_TRUE(store.update([](StoredState& state) { state.lastEventIdByMatch = {{"a", 90}}; }));
-  baseline(3);
-  EXPECT_EQ(store.load().lastEventIdByMatch->at("a"), 3);
-}
-
-TEST_F(ProPollerTest, LeavesAFileThatCannotBeReadAsItIs) {
-  writeFile(store.fileUrl(), R"({"followedMatchId": "a", )");
-  baseline(3);
-  EXPECT_EQ(fileContent(store.fileUrl()), R"({"followedMatchId": "a", )");
-  EXPECT_TRUE(poller.hasBaseline());
-  EXPECT_EQ(changes, 1);
-}
-
-TEST_F(ProPollerTest, AFailedSaveIsIgnored) {
-  std::filesystem::create_directory(store.fileUrl());
-  baseline(3);
-  EXPECT_TRUE(poller.hasBaseline());
-  EXPECT_EQ(changes, 1);
-}
-
-TEST_F(ProPollerTest, TheAppearanceIsTheStoredOne) {
-  EXPECT_EQ(poller.appearance(), PillAppearance());
-  const Customisation chosen(std::string(TeamTheme::palette().back().teamId), AlertStyle::subtle);
-  ASSERT_TRUE(store.setCustomisation(chosen));
-  EXPECT_EQ(poller.appearance(), chosen.appearance());
-  EXPECT_NE(poller.appearance(), PillAppearance());
 }
 
 TEST_F(ProPollerTest, CountsDownToTheNextFixtureHalfAnHourAfterTheEnd) {
