@@ -15,6 +15,7 @@
 
 #include <valgrind/callgrind.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <functional>
 #include <string>
@@ -118,8 +119,8 @@ std::string file(const std::string& innings) {
   return R"({"info":{"teams":["a","b"],"overs":20},"innings":[)" + innings + "]}";
 }
 
-const std::vector<Case>& cases() {
-  static const std::vector<Case> all{
+std::vector<Case> answers() {
+  return {
       {"many matches", [](auto n) { return listing(R"({"live":[)", aMatch, "]}", n); }, list},
       {"one long text",
        [](auto n) { return R"({"live":[],"x":")" + repeated("\\u00e9\\n", n) + "\"}"; }, list},
@@ -136,12 +137,16 @@ const std::vector<Case>& cases() {
       {"events of one id",
        [](auto n) {
          return payload(
-             repeated(std::string(), 0),
+             "",
              listing("",
                      R"({"id":7,"kind":"x","team":"A","late":true,"at":"2026-04-12T14:00:00Z"})",
                      "", n));
        },
-       events},
+       events}};
+}
+
+std::vector<Case> texts() {
+  return {
       {"a name everywhere", [](auto n) { return repeated("a", n); },
        [](const auto& input) { shorten(input, "a", "bb"); }},
       {"a name nearly everywhere", [](auto n) { return repeated("a", n); },
@@ -156,7 +161,11 @@ const std::vector<Case>& cases() {
       {"families", [](auto n) { return repeated("👨‍", n); }, unicode},
       {"broken UTF-8", [](auto n) { return repeated("\xf0\x9f\x8f\x80\xc3", n); }, unicode},
       {"teams and teams", [](auto n) { return repeated(" v ", n); }, wordPill},
-      {"a long name", [](auto n) { return repeated("Wi ", n); }, wordPill},
+      {"a long name", [](auto n) { return repeated("Wi ", n); }, wordPill}};
+}
+
+std::vector<Case> matchFiles() {
+  return {
       {"many balls",
        [](auto n) {
          return file(listing(R"({"team":"a","overs":[{"deliveries":[)", aBall, "]}]}", n));
@@ -167,25 +176,25 @@ const std::vector<Case>& cases() {
          return file(listing(R"({"team":"a","overs":[)", R"({"deliveries":[]})", "]}", n));
        },
        play},
-      {"many innings", [](auto n) { return file(listing("", R"({"team":"b"})", "", n)); }, play},
-  };
-  return all;
+      {"many innings", [](auto n) { return file(listing("", R"({"team":"b"})", "", n)); }, play}};
+}
+
+void count(const Case& each) {
+  constexpr std::size_t small = 5'000;
+  constexpr std::size_t large = 4 * small;
+  each.work(each.make(small));  // what is made once only
+  for (const std::size_t size : {small, large}) {
+    const std::string input = each.make(size);
+    CALLGRIND_ZERO_STATS;
+    each.work(input);
+    const std::string name = std::string(each.name) + ": " + std::to_string(input.size());
+    CALLGRIND_DUMP_STATS_AT(name.c_str());
+  }
 }
 
 }  // namespace
 
 int main() {
-  constexpr std::size_t small = 5'000;
-  constexpr std::size_t large = 4 * small;
-  for (const Case& each : cases()) {
-    each.work(each.make(small));  // what is made once only
-    for (const std::size_t size : {small, large}) {
-      const std::string input = each.make(size);
-      CALLGRIND_ZERO_STATS;
-      each.work(input);
-      const std::string name = std::string(each.name) + ": " + std::to_string(input.size());
-      CALLGRIND_DUMP_STATS_AT(name.c_str());
-    }
-  }
+  for (const auto& cases : {answers(), texts(), matchFiles()}) std::ranges::for_each(cases, count);
   return 0;
 }

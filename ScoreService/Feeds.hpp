@@ -19,7 +19,7 @@ struct FeedOptions {
   double speed = 1;  // seconds of the match in one second of the clock; more than zero
 };
 
-// The id of the match that speed and start point are about.
+// The id of the match that speed and start point are about: the first that a league makes.
 inline constexpr const char* featuredMatchId = "match-1";
 
 // A league around `origin`: the featured match, a second live one, one in an innings break, those

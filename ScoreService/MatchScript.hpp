@@ -55,8 +55,7 @@ class MatchScript {
   // The match is finished from here on.
   Seconds end() const { return end_; }
 
-  // When an innings begins and ends; its index must be less than match().innings.size().
-  Seconds inningsBegin(std::size_t innings) const { return innings_[innings].begin; }
+  // When an innings ends; its index must be less than match().innings.size().
   Seconds inningsEnd(std::size_t innings) const { return innings_[innings].end; }
 
   // When this many legal balls of the innings have been bowled, or its end when it is shorter.

@@ -112,9 +112,11 @@ TEST(MatchScript, ASuperOverComesSoonerAndSaysWhatItIs) {
   const auto status = [&](double time) { return script.standAt(Seconds(time)).status; };
   EXPECT_EQ(status(1460), "Scores level, Super Over next");
   EXPECT_EQ(script.standAt(Seconds(1460)).phase, MatchPhase::inningsBreak);
-  EXPECT_EQ(script.inningsBegin(2), Seconds(1760));
+  EXPECT_EQ(script.standAt(Seconds(1759.9)).phase, MatchPhase::inningsBreak);
+  EXPECT_EQ(script.standAt(Seconds(1760)).phase, MatchPhase::live);
   EXPECT_EQ(status(1760), "Super Over");
-  EXPECT_EQ(script.inningsBegin(3), Seconds(2100));
+  EXPECT_EQ(script.standAt(Seconds(2099.9)).phase, MatchPhase::inningsBreak);
+  EXPECT_EQ(script.standAt(Seconds(2100)).phase, MatchPhase::live);
   EXPECT_EQ(status(2140), "Super Over: Chennai Super Kings need 3 runs in 5 balls");
   const auto innings = script.standAt(Seconds(2200)).innings;
   EXPECT_EQ(innings.size(), 4U);

@@ -134,12 +134,6 @@ def switches(pid):
     return sum(switches_by_thread(pid).values())
 
 
-def cpu_seconds(pid):
-    with open(f"/proc/{pid}/stat", encoding="utf-8") as file:
-        fields = file.read().rsplit(")", 1)[1].split()
-    return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
-
-
 def open_files(pid):
     return len(os.listdir(f"/proc/{pid}/fd"))
 
