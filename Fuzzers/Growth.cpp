@@ -84,7 +84,8 @@ void events(const std::string& input) {
 void shorten(const std::string& status, std::string name, std::string shortName) {
   Match match;
   match.team1 = {.name = std::move(name), .shortName = std::move(shortName)};
-  fuzz::require(text::characterCount(result_text::shortened(status, match)) <= 26, "it is short");
+  fuzz::require(text::characters(result_text::shortened(status, match)).size() <= 26,
+                "it is short");
 }
 
 void wordPill(const std::string& input) {

@@ -41,7 +41,7 @@ void checkPill(const PillDisplay& display) {
     require(runs == teams, "the runs of the teams' text are the text");
   }
   if (display.kind == PillDisplay::Kind::finished) {
-    require(text::characterCount(display.primary) <= result_text::maxLength,
+    require(text::characters(display.primary).size() <= result_text::maxLength,
             "a result has at most 26 characters");
   }
 }

@@ -247,14 +247,6 @@ std::vector<std::string_view> characters(std::string_view utf8) {
   return out;
 }
 
-std::size_t characterCount(std::string_view utf8) {
-  if (isOneByteEach(utf8)) return utf8.size();
-  CharacterWalk walk(utf8);
-  std::size_t count = 0;
-  for (std::size_t end = 0; end < utf8.size(); ++count) end = walk.next();
-  return count;
-}
-
 std::string_view prefix(std::string_view utf8, std::size_t count) {
   // One more than the prefix, because what follows may belong to its last character.
   if (isOneByteEach(utf8.substr(0, count + 1))) return utf8.substr(0, count);

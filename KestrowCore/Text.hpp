@@ -33,7 +33,6 @@ namespace text {
 
 // The user-perceived characters (extended grapheme clusters) of a text, as views into it.
 std::vector<std::string_view> characters(std::string_view utf8);
-std::size_t characterCount(std::string_view utf8);
 
 // The first `count` user-perceived characters, or all when there are fewer. Costs what the prefix
 // costs, however long the text is.

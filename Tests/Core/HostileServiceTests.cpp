@@ -318,7 +318,7 @@ TEST_F(HostileService, TheLongestTextsAreShortenedWherePlaceIsShort) {
   big.team1 = {.name = endless, .shortName = endless};
   big.tournament = endless;
   const PillContent content = shown(listing({big}));
-  EXPECT_EQ(text::characterCount(content.primary), 26U);
+  EXPECT_EQ(text::characters(content.primary).size(), 26U);
   const auto measure = [](std::string_view part) { return 7.0 * static_cast<double>(part.size()); };
   EXPECT_LE(PillContent::truncate(*content.teams, 200, measure).size(), 30U);
 }

@@ -34,7 +34,7 @@ using Elements = std::vector<PillElement>;
 double measure(std::string_view text, PillRole role) {
   constexpr std::array perRole{8.0, 10.0, 7.0, 5.3, 9.0, 6.0, 12.0, 11.0};
   return perRole.at(static_cast<std::size_t>(role)) *
-         static_cast<double>(text::characterCount(text));
+         static_cast<double>(text::characters(text).size());
 }
 
 PillContent message(Status status, std::string primary) {

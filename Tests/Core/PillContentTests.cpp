@@ -250,7 +250,7 @@ TEST(TrailingSpaces, GoFromTheEndOnly) {
 
 // Ten points for every character.
 double tens(std::string_view text) {
-  return 10 * static_cast<double>(text::characterCount(text));
+  return 10 * static_cast<double>(text::characters(text).size());
 }
 
 TEST(PillContentTruncate, LeavesWhatFits) {

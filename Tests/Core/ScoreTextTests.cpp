@@ -197,8 +197,8 @@ TEST(ResultText, HasAtMost26CharactersWhateverComes) {
     const auto length = random() % 30;
     for (unsigned i = 0; i < length; ++i) status += pieces[random() % pieces.size()];
     const std::string result = shortened(status);
-    EXPECT_LE(text::characterCount(result), result_text::maxLength) << status;
-    if (text::characterCount(status) <= 26 || result.ends_with("…")) continue;
+    EXPECT_LE(text::characters(result).size(), result_text::maxLength) << status;
+    if (text::characters(status).size() <= 26 || result.ends_with("…")) continue;
     EXPECT_EQ(text::trimmed(result, text::WhiteSpace::spacesAndTabs), result);
   }
 }
