@@ -137,6 +137,42 @@ void drawPill(QPainter& painter, Look look, double middle, double scale) {
   painter.restore();
 }
 
+// A line of the contact sheet: one content as a capsule and beside a housing.
+struct Row {
+  const char* caption;
+  std::vector<Look> looks;
+};
+
+std::vector<Row> sheetRows() {
+  using Emphasis = PillEmphasis;
+  const auto of = [](std::size_t which) { return contents()[which].content; };
+  const auto row = [](const char* caption, const PillContent& one, Emphasis emphasis = {},
+                      Variant variant = {}, const char* theme = "default") {
+    return Row{caption,
+               {{one, Form::drawn, theme, emphasis, variant},
+                {one, Form::notch, theme, emphasis, variant}}};
+  };
+  return {row("Live", of(0)),
+          row("Live, Chennai's colours", of(0), Emphasis::none, Variant::plain, "csk"),
+          row("Innings break, Rajasthan's colours", of(1), Emphasis::none, Variant::plain, "rr"),
+          row("Before the start", of(2)),
+          row("Finished", of(3)),
+          row("Countdown to the next match", of(7)),
+          row("Nothing picked yet", of(4)),
+          row("Loading", of(5)),
+          row("No answer", of(6)),
+          row("Sample data", of(0), Emphasis::none, Variant::sample),
+          row("Old score", of(0), Emphasis::none, Variant::stale),
+          row("Little room", of(0), Emphasis::none, Variant::narrow),
+          row("Subtle alert", of(0), Emphasis::flash),
+          row("Big alert", of(8), Emphasis::expanded),
+          row("Names in other scripts",
+              content(PillContent::Status::live, "145/3", "15.2 ov", "मुंबई v சென்னை", "मुंबई")),
+          row("Right to left",
+              content(PillContent::Status::live, "88/2", "10 ov", "كراتشي v لاهور", "لاهور")),
+          row("Emoji", content(PillContent::Status::live, "31/0", "4.1 ov", "🐯 v 🦁🔥", "🐯"))};
+}
+
 QImage empty(const Size& size, double scale, const QColor& color) {
   QImage image(static_cast<int>(std::lround(size.width * scale)),
                static_cast<int>(std::lround(size.height * scale)), QImage::Format_RGB32);
@@ -181,38 +217,7 @@ QImage strip(const std::string& name, double scale) {
 }
 
 QImage contactSheet(double scale) {
-  using Emphasis = PillEmphasis;
-  struct Row {
-    const char* caption;
-    std::vector<Look> looks;
-  };
-  const auto of = [](std::size_t which) { return contents()[which].content; };
-  const auto row = [&](const char* caption, const PillContent& one, Emphasis emphasis = {},
-                       Variant variant = {}, const char* theme = "default") {
-    return Row{caption,
-               {{one, Form::drawn, theme, emphasis, variant},
-                {one, Form::notch, theme, emphasis, variant}}};
-  };
-  const std::vector<Row> rows{
-      row("Live", of(0)),
-      row("Live, Chennai's colours", of(0), Emphasis::none, Variant::plain, "csk"),
-      row("Innings break, Rajasthan's colours", of(1), Emphasis::none, Variant::plain, "rr"),
-      row("Before the start", of(2)),
-      row("Finished", of(3)),
-      row("Countdown to the next match", of(7)),
-      row("Nothing picked yet", of(4)),
-      row("Loading", of(5)),
-      row("No answer", of(6)),
-      row("Sample data", of(0), Emphasis::none, Variant::sample),
-      row("Old score", of(0), Emphasis::none, Variant::stale),
-      row("Little room", of(0), Emphasis::none, Variant::narrow),
-      row("Subtle alert", of(0), Emphasis::flash),
-      row("Big alert", of(8), Emphasis::expanded),
-      row("Names in other scripts",
-          content(PillContent::Status::live, "145/3", "15.2 ov", "मुंबई v சென்னை", "मुंबई")),
-      row("Right to left",
-          content(PillContent::Status::live, "88/2", "10 ov", "كراتشي v لاهور", "لاهور")),
-      row("Emoji", content(PillContent::Status::live, "31/0", "4.1 ov", "🐯 v 🦁🔥", "🐯"))};
+  const auto rows = sheetRows();
   constexpr double captionWidth = 190;
   constexpr double rowHeight = 58;
   QImage image =
