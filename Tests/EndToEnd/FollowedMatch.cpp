@@ -1,10 +1,12 @@
 #include "Tests/EndToEnd/FollowedMatch.hpp"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <functional>
 #include <iostream>
 #include <optional>
+#include <thread>
 #include <utility>
 #include <variant>
 
@@ -91,6 +93,14 @@ void FollowedMatch::runToEnd(Task<void> task) {
   tasks_.start(std::move(task));
   if (!loop_.runUntil([this] { return tasks_.isIdle(); }, answerLimit)) {
     giveUp("the service does not answer");
+  }
+}
+
+void FollowedMatch::awaitRequests(std::int64_t count) const {
+  const auto deadline = std::chrono::steady_clock::now() + answerLimit;
+  while (server_->requestCount() < count) {
+    if (std::chrono::steady_clock::now() > deadline) giveUp("the service is not asked");
+    std::this_thread::yield();
   }
 }
 

@@ -54,6 +54,9 @@ class FollowedMatch {
   // Runs the main loop until the task has ended.
   void runToEnd(Task<void> task);
 
+  // Waits, with the main loop at rest, until so many requests have reached the service.
+  void awaitRequests(std::int64_t count) const;
+
   // A new service with another feed takes the place of the old one, at the same address.
   void restartService(service::MatchFeed feed);
 

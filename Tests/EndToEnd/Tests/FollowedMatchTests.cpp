@@ -176,21 +176,14 @@ TEST(FollowedMatch, AServiceThatRestartsWithANewMatchUnderTheIdShowsNothingStale
   }
 }
 
-// Two updates at once, the second for another match.
-Task<void> updateBoth(ProPoller& poller, FollowState first, FollowState second) {
-  poller.startUpdate(std::move(first));
-  auto task = poller.update(std::move(second));
-  co_await task;
-}
-
 TEST(FollowedMatch, AMatchSwitchedInFlightLeavesNothingOfTheOldOne) {
   const auto feed = feedAt("15");
-  // The old match's answer comes after the new one's.
+  // The old match is asked for first, and its answer comes after the new one's.
   FollowedMatch followed(feed, featuredMatchId, start,
                          {*service::parseFault("latency=0.2@first:1@/api/pro/match")});
-  FollowState first(featuredMatchId);
-  FollowState second("match-2");
-  followed.runToEnd(updateBoth(followed.proPoller(), first, second));
+  followed.proPoller().startUpdate(FollowState(featuredMatchId));
+  followed.awaitRequests(1);
+  followed.runToEnd(followed.proPoller().update(FollowState("match-2")));
   EXPECT_EQ(followed.proPoller().matchId(), "match-2");
   EXPECT_EQ(followed.proPoller().log().entries, momentsAt(feed, "match-2", start));
   followed.poller().follow("match-2");
