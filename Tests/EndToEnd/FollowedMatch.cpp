@@ -104,6 +104,12 @@ void FollowedMatch::awaitRequests(std::int64_t count) const {
   }
 }
 
+void FollowedMatch::awaitAnswers(std::size_t count) {
+  if (!loop_.runUntil([&] { return answers_.size() >= count; }, answerLimit)) {
+    giveUp("an answer does not come");
+  }
+}
+
 void FollowedMatch::poll() {
   runToEnd(pollBoth());
   showWhatIsDue();

@@ -14,6 +14,7 @@
 #include "Tests/Support/TemporaryFolder.hpp"
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -56,6 +57,9 @@ class FollowedMatch {
 
   // Waits, with the main loop at rest, until so many requests have reached the service.
   void awaitRequests(std::int64_t count) const;
+
+  // Runs the main loop until so many answers of the key-event endpoint have come.
+  void awaitAnswers(std::size_t count);
 
   // A new service with another feed takes the place of the old one, at the same address.
   void restartService(service::MatchFeed feed);

@@ -180,10 +180,13 @@ TEST(FollowedMatch, AMatchSwitchedInFlightLeavesNothingOfTheOldOne) {
   const auto feed = feedAt("15");
   // The old match is asked for first, and its answer comes after the new one's.
   FollowedMatch followed(feed, featuredMatchId, start,
-                         {*service::parseFault("latency=0.2@first:1@/api/pro/match")});
+                         {*service::parseFault("latency=1@first:1@/api/pro/match")});
   followed.proPoller().startUpdate(FollowState(featuredMatchId));
   followed.awaitRequests(1);
   followed.runToEnd(followed.proPoller().update(FollowState("match-2")));
+  ASSERT_EQ(followed.answers().size(), 1U);
+  followed.awaitAnswers(2);
+  ASSERT_EQ(followed.answers().back().match.id, featuredMatchId);
   EXPECT_EQ(followed.proPoller().matchId(), "match-2");
   EXPECT_EQ(followed.proPoller().log().entries, momentsAt(feed, "match-2", start));
   followed.poller().follow("match-2");
