@@ -1,4 +1,5 @@
 """The pill's window among other windows, with and without a compositor."""
+from harness.clicks import Clicks
 from harness.pill import PillTest
 from harness.processes import stays, wait_until
 from harness.scores import event, match
@@ -48,6 +49,20 @@ class Pill(PillTest):
         self.session.pointer(left + width // 2, top + height // 2, 1)
         self.session.accessibility.wait_for("dialog")
         self.assertNotEqual(self.focus(), self.window)
+
+    def test_its_middle_takes_clicks_all_the_time_that_it_grows_to_more_than_double(self):
+        short, long = match("m1"), match("m1", shorts=("A long name of a team", "Another long name of a team"))
+        pointer = Clicks(self.session.environment["DISPLAY"])
+        self.addCleanup(pointer.close)
+        narrow = self.frame()
+        for _ in range(4):
+            self.scores.matches["live"] = [long]
+            self.session.wake_for_news()
+            self.assertEqual(pointer.windows_at(640, 12, seconds=0.5), {int(self.window)})
+            self.assertGreater(self.frame()[2], 2 * narrow[2])
+            self.scores.matches["live"] = [short]
+            self.session.wake_for_news()
+            wait_until(lambda: self.frame() == narrow, "the pill to shrink")
 
     def test_a_click_beside_the_left_button_does_nothing_and_leaves_the_keyboard(self):
         other = self.session.open_other_window()

@@ -36,6 +36,18 @@ class Clicks:
     def close(self):
         _x.XCloseDisplay(self._display)
 
+    def windows_at(self, x, y, seconds):
+        """Puts the pointer there; gives the ids of all windows that hold it during so many seconds,
+        0 for the desktop."""
+        _test.XTestFakeMotionEvent(self._display, -1, x, y, ctypes.c_ulong(0))
+        root, child, number = ctypes.c_ulong(), ctypes.c_ulong(), ctypes.c_int()
+        found, end = set(), time.monotonic() + seconds
+        while time.monotonic() < end:
+            _x.XQueryPointer(self._display, self._root, ctypes.byref(root), ctypes.byref(child),
+                             *[ctypes.byref(number)] * 5)
+            found.add(child.value)
+        return found
+
     def open(self, x, y, area, within):
         """Clicks there; gives the seconds from the button's going down until a window with text on
         it has been painted in the area (x, y, width, height). Fails after so many seconds."""
