@@ -69,9 +69,9 @@ void QtPillWindow::setFrame(const Rect& frame, Seconds duration) {
 
 // When the screen gets another scale, Qt keeps the pixels of the window and of what is painted on,
 // and takes a frame of as many points for the one that it has.
-// A shape stays behind when its window grows: until it has its new one, the window has none, so
-// that it takes every click meanwhile.
 void QtPillWindow::place(const QRect& frame) {
+  // The shape stays behind when its window grows: without one, the window takes every click until
+  // it is cut anew.
   if (frame.size() != size()) x11_->unshape();
   setGeometry(frame);
   if (!windowHandle() || windowHandle()->geometry() == frame) return;
