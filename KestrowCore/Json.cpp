@@ -117,7 +117,8 @@ std::optional<Value> Value::find(std::string_view key) const {
   return std::nullopt;
 }
 
-Items::Items(const Value& array) {
+// What these four call goes into them: a call for each value is what walking costs.
+[[gnu::flatten]] Items::Items(const Value& array) {
   const auto* place = std::get_if<ArrayPlace>(&array.content());
   if (!place) return;
   const dom::array items = unpacked<dom::element>(*place).get_array().value_unsafe();
@@ -126,14 +127,13 @@ Items::Items(const Value& array) {
   count_ = items.size();
 }
 
-// What this and Entries::take call goes into them: a call for each value is what walking costs.
 [[gnu::flatten]] Place Items::take(Place place, Value& item) {
   auto cursor = unpacked<dom::array::iterator>(place);
   read(*cursor, item.content());
   return packed(++cursor);
 }
 
-Entries::Entries(const Value& object) {
+[[gnu::flatten]] Entries::Entries(const Value& object) {
   const auto* place = std::get_if<ObjectPlace>(&object.content());
   if (!place) return;
   const dom::object entries = unpacked<dom::element>(*place).get_object().value_unsafe();

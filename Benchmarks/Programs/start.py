@@ -47,7 +47,8 @@ def main():
         screen = Screen(session)
         programs = {"Kestrow": [BIN / "kestrow"], "bare xcb": [BIN / "bare-xcb"],
                     "bare widget": [BIN / "bare-widget"],
-                    "widget with text": [BIN / "bare-widget", "CSK 145/3"]}
+                    "widget with text": [BIN / "bare-widget", "CSK 145/3"],
+                    "text and libcurl": [BIN / "bare-widget-with-curl", "CSK 145/3"]}
         if BROWSER:
             programs["Chromium"] = browser_command(session)
         results = {name: [] for name in programs}
