@@ -39,11 +39,12 @@ class Screen:
         return self._map[start:start + 480]
 
     def wait_for_change(self, before, what):
-        """Looks without pause until the row is another; gives the time of that."""
+        """Looks every tenth of a millisecond until the row is another; gives the time of that."""
         started = time.monotonic()
         while self.row() == before:
             if time.monotonic() - started > 20:
                 raise SystemExit(f"{what} shows nothing new")
+            time.sleep(0.0001)  # which lets a service in this process answer
         return time.monotonic()
 
 
