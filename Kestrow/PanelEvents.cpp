@@ -2,6 +2,8 @@
 #include "Kestrow/PanelNodes.hpp"
 #include "Kestrow/PanelView.hpp"
 
+#include <string>
+
 namespace kestrow {
 
 void PanelController::radioButtonPicked(const std::string& id) {

@@ -1,6 +1,7 @@
 #include "KestrowCore/BoomEventCoding.hpp"
 
 #include <array>
+#include <cstddef>
 #include <utility>
 
 namespace kestrow {

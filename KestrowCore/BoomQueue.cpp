@@ -1,6 +1,8 @@
 #include "KestrowCore/BoomQueue.hpp"
 
 #include <algorithm>
+#include <cstddef>
+#include <iterator>
 #include <limits>
 #include <utility>
 

@@ -1,5 +1,6 @@
 #include "KestrowCore/Date.hpp"
 
+#include <cstddef>
 #include <cstdint>
 
 namespace kestrow {

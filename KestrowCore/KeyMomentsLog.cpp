@@ -3,6 +3,7 @@
 #include "KestrowCore/Text.hpp"
 
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
 
 namespace kestrow {

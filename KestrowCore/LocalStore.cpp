@@ -6,6 +6,7 @@
 #include "KestrowCore/UserFolders.hpp"
 #include "KestrowCore/Uuid.hpp"
 
+#include <cstddef>
 #include <tuple>
 #include <utility>
 

@@ -2,6 +2,7 @@
 
 #include "KestrowCore/Text.hpp"
 
+#include <cstddef>
 #include <utility>
 
 namespace kestrow {

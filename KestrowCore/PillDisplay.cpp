@@ -4,6 +4,7 @@
 #include "KestrowCore/ScoreText.hpp"
 #include "KestrowCore/Text.hpp"
 
+#include <string_view>
 #include <utility>
 
 namespace kestrow {

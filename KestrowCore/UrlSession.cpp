@@ -6,6 +6,7 @@
 #include <pthread.h>
 
 #include <csignal>
+#include <functional>
 #include <limits>
 #include <map>
 #include <mutex>

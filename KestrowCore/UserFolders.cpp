@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdlib>
 #include <optional>
+#include <utility>
 
 namespace kestrow::user_folders {
 

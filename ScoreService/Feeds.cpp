@@ -11,6 +11,7 @@
 #include <fstream>
 #include <iterator>
 #include <set>
+#include <system_error>
 #include <utility>
 
 namespace kestrow::service {

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 #include <chrono>
-#include <string_view>
+#include <cstdint>
 #include <utility>
 
 namespace kestrow::service {

@@ -1,6 +1,7 @@
 #include "ScoreService/ResultText.hpp"
 
 #include <cstddef>
+#include <optional>
 
 namespace kestrow::service {
 namespace {

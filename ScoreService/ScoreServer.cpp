@@ -19,6 +19,7 @@
 #include <optional>
 #include <system_error>
 #include <thread>
+#include <tuple>
 #include <utility>
 
 namespace kestrow::service {
