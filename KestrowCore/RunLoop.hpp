@@ -1,4 +1,4 @@
-// The main thread's event loop for programs without a toolkit.
+// The main thread's event loop for programs without a toolkit: so far tests, fuzzers and tools.
 #pragma once
 
 #include "KestrowCore/DelayedActions.hpp"

@@ -23,7 +23,7 @@ struct FeedMatch {
   double speed = 1;            // seconds of the match in one second of the clock; more than zero
 };
 
-// Marks on every list.
+// Marks on every list and on every single match.
 struct FeedFlags {
   bool sample = false;
   bool stale = false;

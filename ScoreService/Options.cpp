@@ -74,8 +74,9 @@ void declare(CLI::App& app, Options& options, RawOptions& raw) {
   app.add_option("--now", raw.now, "Begin the clock at this date, such as 2026-04-12T14:00:00Z")
       ->type_name("DATE");
   app.add_flag("--frozen", options.isFrozen, "The clock stands still");
-  app.add_flag("--sample", options.feed.flags.sample, "Mark the lists as sample data");
-  app.add_flag("--stale", options.feed.flags.stale, "Mark the lists as out of date");
+  app.add_flag("--sample", options.feed.flags.sample,
+               "Mark lists and single matches as sample data");
+  app.add_flag("--stale", options.feed.flags.stale, "Mark lists and single matches as out of date");
   app.add_option("--fault", raw.faults, "Commit a fault; may be given more than once")
       ->type_name("FAULT")
       ->expected(1)

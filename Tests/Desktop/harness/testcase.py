@@ -1,4 +1,5 @@
 """The base of the tests on a virtual display."""
+import re
 import sys
 import unittest
 
@@ -22,7 +23,10 @@ class DesktopTest(unittest.TestCase):
                 content = log.read_text(errors="replace")[-2000:]
                 if content:
                     print(f"--- {log.name}\n{content}", file=sys.stderr)
+        reports = re.findall(r".*(?:Sanitizer|runtime error).*", (session.folder / "kestrow.log").read_text(
+            errors="replace")) if session.program else []
         session.end()
+        self.assertEqual(reports, [], "what the sanitizers found")
 
 
 def main():
