@@ -91,4 +91,10 @@ def settle(pid):
 
 def middle(values):
     """The median, and the range."""
-    return f"{statistics.median(values):.3g} ({min(values):.3g}–{max(values):.3g})"
+    def text(value):
+        return f"{value:,.0f}" if value >= 100 else f"{value:.3g}"
+    return f"{text(statistics.median(values))} ({text(min(values))}–{text(max(values))})"
+
+
+def verdict(kept):
+    return f"kept: {'yes' if kept else 'NO'}"

@@ -73,6 +73,7 @@ void openFirstTime(benchmark::State& state) {
 }
 BENCHMARK(openFirstTime)
     ->Args({4, 10})
+    ->Args({4, 100})
     ->Args({4, 1'000})
     ->Args({200, 1'000})
     ->Unit(benchmark::kMillisecond);
@@ -92,7 +93,11 @@ void openAgain(benchmark::State& state) {
     state.ResumeTiming();
   }
 }
-BENCHMARK(openAgain)->Args({4, 10})->Args({200, 1'000})->Unit(benchmark::kMillisecond);
+BENCHMARK(openAgain)
+    ->Args({4, 10})
+    ->Args({4, 100})
+    ->Args({200, 1'000})
+    ->Unit(benchmark::kMillisecond);
 
 // What render() does to an open panel when a key moment has come: the tree anew, its differences
 // into the window, and the paint.
@@ -123,17 +128,17 @@ BENCHMARK(refreshWithOneNewMoment)
 // And when nothing has changed.
 void refreshWithoutNews(benchmark::State& state) {
   SilentClient client;
-  const auto log = logOf(1'000);
+  const auto log = logOf(state.range(1));
   qt::QtPanelWindow window(client);
-  window.setContent(content(200, log));
+  window.setContent(content(state.range(0), log));
   place(window);
   window.showAndMakeKey();
   for (auto _ : state) {
-    window.setContent(content(200, log));
+    window.setContent(content(state.range(0), log));
     place(window);
   }
 }
-BENCHMARK(refreshWithoutNews)->Unit(benchmark::kMillisecond);
+BENCHMARK(refreshWithoutNews)->Args({200, 1'000})->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace kestrow
