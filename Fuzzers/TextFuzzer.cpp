@@ -63,10 +63,34 @@ void checkUnicode(std::string_view input) {
   }
 }
 
+// What a surface or assistive technology is handed.
+void checkReading(std::string_view input) {
+  for (const std::size_t bytes :
+       {std::size_t{0}, std::size_t{1}, std::size_t{7}, std::size_t{100}}) {
+    const std::string_view start = text::firstBytes(input, bytes);
+    require(start.size() <= bytes && input.starts_with(start), "a start of so many bytes");
+  }
+  const std::string line = text::onOneLine(input);
+  require(line.find_first_of("\t\n\v\f\r") == std::string::npos, "one line");
+  const std::string valid = text::validated(input);
+  for (const std::string& shown : {text::onOneLine(valid), text::readable(valid)}) {
+    require(text::validated(shown) == shown, "a valid text stays valid");
+  }
+  const std::string read = text::readable(valid);
+  require(read.size() <= text::longestRead + ellipsis.size(), "nobody reads on");
+  require(!read.contains('\0'), "a NUL ends no text");
+}
+
 void checkShortening(std::string_view status, const kestrow::Match& match) {
   const std::string result = kestrow::result_text::shortened(status, match);
   require(text::characters(result).size() <= kestrow::result_text::maxLength,
           "a result has at most 26 characters");
+  const auto isValid = [](std::string_view given) { return text::validated(given) == given; };
+  const std::array given{
+      status, std::string_view(match.team1.name), std::string_view(match.team1.shortName),
+      std::string_view(match.team2.name), std::string_view(match.team2.shortName)};
+  require(isValid(result) || !std::ranges::all_of(given, isValid),
+          "a result is cut between characters");
 }
 
 void checkTruncation(std::string_view input) {
@@ -85,6 +109,8 @@ void checkTruncation(std::string_view input) {
       const auto kept = std::string_view(cut).substr(0, cut.size() - ellipsis.size());
       require(input.starts_with(kept), "what is kept is the text's start");
       require(!kept.ends_with(' '), "no space before the dots");
+      require(text::validated(input) != input || text::validated(kept) == kept,
+              "a text is cut between characters");
     }
   }
 }
@@ -96,6 +122,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   checkCharacters(status);
   checkWhiteSpace(status);
   checkUnicode(status);
+  checkReading(status);
   checkTruncation(status);
   kestrow::Match match;
   match.team1 = {.name = std::string(name1), .shortName = std::string(short1)};

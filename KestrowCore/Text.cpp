@@ -265,9 +265,10 @@ std::string_view firstBytes(std::string_view utf8, std::size_t bytes) {
 }
 
 std::string readable(std::string utf8) {
-  if (utf8.size() <= longestRead) return utf8;
-  utf8.resize(firstBytes(utf8, longestRead).size());
-  return utf8 + "…";
+  const bool isCut = utf8.size() > longestRead;
+  if (isCut) utf8.resize(firstBytes(utf8, longestRead).size());
+  std::ranges::replace(utf8, '\0', ' ');
+  return isCut ? utf8 + "…" : utf8;
 }
 
 std::string onOneLine(std::string_view utf8) {

@@ -43,7 +43,8 @@ std::string_view prefix(std::string_view utf8, std::size_t count);
 std::string_view firstBytes(std::string_view utf8, std::size_t bytes);
 
 // The text, or so many bytes of it at most with "…" behind. Nobody reads further, and handing the
-// desktop or assistive technology a text of megabytes would hold up the program.
+// desktop or assistive technology a text of megabytes would hold up the program. A NUL, which would
+// end the text for assistive technology, is a space.
 inline constexpr std::size_t longestRead = 4000;
 std::string readable(std::string utf8);
 

@@ -134,6 +134,10 @@ TEST(TextReadable, IsCutBetweenCodePointsWhereNobodyReadsOn) {
   EXPECT_EQ(text::readable(almost + "\u00E9x"), almost + "…");
 }
 
+TEST(TextReadable, IsNotEndedByANul) {
+  EXPECT_EQ(text::readable(std::string("\0a\0b", 4)), " a b");
+}
+
 TEST(TextOnOneLine, HasASpaceForEachLineBreakAndTabulator) {
   EXPECT_EQ(text::onOneLine("a\tb\nc\vd\fe\rf"), "a b c d e f");
   EXPECT_EQ(text::onOneLine("a\u0085b\u2028c\u2029d"), "a b c d");

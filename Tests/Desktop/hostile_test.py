@@ -37,7 +37,7 @@ def listing(*matches):
 
 
 class Service:
-    """Answers each request for the list as `behave(connection)` does, and any other not at all."""
+    """Answers each request for the list, and for key events, as `behave(connection)` does."""
 
     def __init__(self):
         self.behave = None
@@ -63,8 +63,9 @@ class Service:
     def _serve(self, connection):
         with connection:
             try:
-                if b" /api/matches " in connection.recv(65536):
-                    self.lists_asked += 1
+                request = connection.recv(65536)
+                self.lists_asked += b" /api/matches " in request
+                if b" /api/install " not in request:
                     self.behave(connection)
             except OSError:  # the program has had enough of it
                 pass
@@ -108,6 +109,13 @@ WORST = {
     "a bomb of compression": answer(gzip.compress(b" " * (200 * MEBIBYTE), 1),
                                     b"Content-Encoding: gzip\r\n"),
     "redirects in circles": b"HTTP/1.1 302 F\r\nLocation: /api/matches\r\nContent-Length: 0\r\n\r\n",
+    "a redirect to a file":
+        b"HTTP/1.1 302 F\r\nLocation: file:///etc/hostname\r\nContent-Length: 0\r\n\r\n",
+    "no content": b"HTTP/1.1 204 No Content\r\n\r\n",
+    "not modified": b"HTTP/1.1 304 Not Modified\r\n\r\n",
+    "a broken server": b"HTTP/1.1 500 Broken\r\nContent-Length: 0\r\n\r\n",
+    "a page": answer(b"<!DOCTYPE html><title>Sign in</title>"),
+    "a number beyond 64 bits": listing(match("m1", score=(10 ** 30, 3, 15.2))),
     "deep nesting": answer(b'{"x":' + b"[" * MEBIBYTE),
     "not Unicode": answer(b'{"live":[],"x":"\xff\xfe"}'),
     "the most matches that are taken": many_matches(10_000),
@@ -117,7 +125,13 @@ WORST = {
               tournament=LONGEST)),
     "a text of a mebibyte": listing(match("m1", LONG)),
     "control characters": listing(match("m1", ODD, ODD, shorts=(ODD, "CSK"), league=ODD)),
+    "the same match again and again": listing(*[match("m1")] * 50),
+    "a start in the year 9999": listing(
+        match("m1", state="not started", innings=[], startTime="9999-12-31T23:59:59Z")),
 }
+# A part of what the pill then says, where the answer is a list.
+SHOWN = {"the longest texts that are taken": "WIDE NAME", "control characters": "<B>&AMP;",
+         "the same match again and again": "145/3", "a start in the year 9999": "Dec 31"}
 
 
 class Hostile(PanelTest):
@@ -157,6 +171,8 @@ class Hostile(PanelTest):
             else:
                 self.service.behave = behave
             waits[what] = self.click_at_random_moments()
+            if what in SHOWN:
+                self.session.pill(SHOWN[what])
             self.assertIsNone(self.session.program.poll(), what)
             self.assertLess(resident_bytes(self.session.program.pid), MOST_MEMORY, what)
             self.service.say(listing(match("m1", score=(number, 0, 0.1))))
