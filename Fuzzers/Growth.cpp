@@ -67,9 +67,13 @@ std::string payload(std::string_view events, std::string_view moments) {
          std::string(events) + R"(],"keyMoments":[)" + std::string(moments) + "]}";
 }
 
+void refuse(const std::string& input) {
+  fuzz::require(!json::decode<MatchesResponse>(input), "it is refused");
+}
+
 void list(const std::string& input) {
   const auto response = json::decode<MatchesResponse>(input);
-  if (!response) return;
+  fuzz::require(response.has_value(), "the list is one");
   (void)encode(*response);
   (void)PickerState::build(*response, "", [](Date) { return std::string(); });
   (void)response->match("none");
@@ -128,8 +132,8 @@ std::vector<Case> answers() {
       {"unknown keys", [](auto n) { return listing("{", R"("k#":{"a":[1,2]})", "}", n); }, list},
       {"one key again and again", [](auto n) { return listing("{", R"("live":[])", "}", n); },
        list},
-      {"brackets that never close", [](auto n) { return repeated("[", n); }, list},
-      {"a long number", [](auto n) { return R"({"x":1)" + repeated("7", n) + "}"; }, list},
+      {"brackets that never close", [](auto n) { return repeated("[", n); }, refuse},
+      {"a long number", [](auto n) { return R"({"x":1)" + repeated("7", n) + "}"; }, refuse},
       {"a date of many digits",
        [](auto n) { return R"({"updatedAt":"2026-04-12T14:00:00.)" + repeated("1", n) + "Z\"}"; },
        list},

@@ -1,7 +1,10 @@
 """The desktop and the disk fail, and the clock jumps: the program goes on, or ends as it should."""
 import glob
 import os
+import subprocess
+from contextlib import suppress
 from datetime import timedelta
+from pathlib import Path
 
 from harness.panel import PanelTest
 from harness.processes import stays, wait_until
@@ -48,9 +51,11 @@ class Faults(PanelTest):
         self.session.start_session_bus()
         self.assertTrue(stays(self.runs, 1))
         self.scores.matches["live"] = [match("m1", score=(146, 3, 15.3))]
+        shown = self.session.picture()
         before = self.scores.lists_asked
         self.session.wake_for_news()
         wait_until(lambda: self.scores.lists_asked > before, "the program to ask")
+        wait_until(lambda: self.session.picture() != shown, "the new score")
 
     # Time
 
@@ -112,6 +117,47 @@ class Faults(PanelTest):
         self.pick()
         self.assertTrue(self.session.state_file.is_dir())
         self.assertTrue(self.runs())
+
+    def test_a_link_in_the_state_files_place_is_read_and_what_it_leads_to_is_left_alone(self):
+        target = self.session.folder / "elsewhere.json"
+
+        def spoil(file):
+            target.write_text("{}")
+            file.symlink_to(target)
+        self.start_on(spoil)
+        self.pick()
+        self.assertEqual(self.session.state()["followedMatchId"], "m1")
+        self.assertEqual(target.read_text(), "{}")
+
+    def test_a_full_disk_keeps_the_old_choice_until_there_is_room_again(self):
+        folder = self.session.state_file.parent
+        folder.mkdir(parents=True)
+        # A disk of four pages, which the program sees in its folder's place.
+        alone = ["unshare", "--mount"] + ([] if os.geteuid() == 0 else ["--map-root-user"])
+        mount = 'mount -t tmpfs -o size=16k none "$0" && exec "$@"'
+        self.session.program_prefix = [*alone, "sh", "-c", mount, str(folder)]
+        if subprocess.run([*self.session.program_prefix, "true"], capture_output=True,
+                          check=False).returncode:
+            self.skipTest("the system lets nobody have a disk of their own")
+        self.serve(live=[match("m1"), match("m2", "Gujarat Titans", "Punjab Kings", score=(77, 1, 9.1))])
+        program = self.session.start_program()
+        self.session.pill("Pick a match")
+        seen = Path(f"/proc/{program.pid}/root{folder}")
+        self.pick()
+        self.assertIn('"m1"', (seen / "state.json").read_text())
+        filler = seen / "filler"
+        with suppress(OSError), open(filler, "wb", buffering=0) as file:
+            while True:
+                file.write(b"x" * 4096)
+        self.click(self.wait_for("radio button", "Gujarat Titans"))
+        self.session.pill("77/1")
+        self.assertIn('"m1"', (seen / "state.json").read_text())
+        filler.unlink()
+        self.click(self.wait_for("radio button", "Mumbai Indians"))
+        self.session.pill("145/3")
+        self.click(self.wait_for("radio button", "Gujarat Titans"))
+        self.session.pill("77/1")
+        wait_until(lambda: '"m2"' in (seen / "state.json").read_text(), "the choice on the disk")
 
     def test_a_file_in_the_folders_place_is_left_alone(self):
         def spoil(file):
