@@ -109,7 +109,7 @@ void from_json(const nlohmann::json& from, MatchesResponse& to) {
 
 void from_json(const nlohmann::json& from, BoomEvent& to) {
   from.at("id").get_to(to.id);
-  to.kind = json::Text<BoomKind>::parse(from.at("kind").get_ref<const std::string&>()).value();
+  to.kind = json::Text<BoomKind>::parse(from.at("kind").get_ref<const std::string&>());
   from.at("team").get_to(to.team);
   getOptional(from, "batter", to.batter);
   getOptional(from, "field", to.field);

@@ -24,7 +24,7 @@ std::string encode(const ProMatchPayload& payload) {
 
 namespace json {
 
-std::expected<BoomKind, std::string> Text<BoomKind>::parse(std::string_view text) {
+BoomKind Text<BoomKind>::parse(std::string_view text) {
   for (const auto& [kind, kindText] : kindTexts) {
     if (kindText == text) return kind;
   }

@@ -4,7 +4,6 @@
 #include "KestrowCore/BoomEvent.hpp"
 #include "KestrowCore/MatchCoding.hpp"
 
-#include <expected>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -19,7 +18,7 @@ namespace json {
 // Forgiving: a service that learns a new kind must not silence the events that we know.
 template <>
 struct Text<BoomKind> {
-  static std::expected<BoomKind, std::string> parse(std::string_view text);
+  static BoomKind parse(std::string_view text);
   static std::string format(BoomKind kind);
 };
 

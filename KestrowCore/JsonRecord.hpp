@@ -38,8 +38,9 @@ namespace kestrow::json {
 template <class T>
 struct Record;
 
-// Specialised for values that travel as text: `static std::expected<T, std::string>
-// parse(std::string_view)`, whose error is the reason told, and `static std::string format(T)`.
+// Specialised for values that travel as text: `static std::string format(T)`, and `static T
+// parse(std::string_view)` where every text is one. Where not, `parse` gives a std::optional<T>,
+// and `static std::string refusal(std::string_view)` the reason told for a text that is none.
 template <class T>
 struct Text;
 
@@ -110,13 +111,24 @@ class Decoder {
   }
 
   template <class T>
-    requires requires(std::string_view text) { Text<T>::parse(text); }
+    requires requires(std::string_view text) {
+      { Text<T>::parse(text) } -> std::same_as<T>;
+    }
   bool read(const Value& value, T& out) {
     std::string_view text;
     if (!value.get(text)) return mismatch("a text", value);
-    auto parsed = Text<T>::parse(text);
-    if (!parsed) return fail(std::move(parsed.error()));
-    out = *std::move(parsed);
+    out = Text<T>::parse(text);
+    return true;
+  }
+
+  template <class T>
+    requires requires(std::string_view text) { Text<T>::refusal(text); }
+  bool read(const Value& value, T& out) {
+    std::string_view text;
+    if (!value.get(text)) return mismatch("a text", value);
+    const auto parsed = Text<T>::parse(text);
+    if (!parsed) return fail(Text<T>::refusal(text));
+    out = *parsed;
     return true;
   }
 

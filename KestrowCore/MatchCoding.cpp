@@ -30,16 +30,19 @@ const char* refuseUncountable(const std::optional<double>& overs) {
   return !overs || areCountable(*overs) ? nullptr : "the balls in these overs can't be counted";
 }
 
-std::expected<Date, std::string> Text<Date>::parse(std::string_view text) {
-  if (const auto date = parseInternetDate(text)) return *date;
-  return std::unexpected("Bad date " + std::string(text));
+std::string Text<Date>::refusal(std::string_view text) {
+  return "Bad date " + std::string(text);
 }
 
-std::expected<MatchPhase, std::string> Text<MatchPhase>::parse(std::string_view text) {
+std::optional<MatchPhase> Text<MatchPhase>::parse(std::string_view text) {
   for (const auto& [phase, phaseText] : phaseTexts) {
     if (phaseText == text) return phase;
   }
-  return std::unexpected("unknown match phase \"" + std::string(text) + '"');
+  return std::nullopt;
+}
+
+std::string Text<MatchPhase>::refusal(std::string_view text) {
+  return "unknown match phase \"" + std::string(text) + '"';
 }
 
 std::string Text<MatchPhase>::format(MatchPhase phase) {

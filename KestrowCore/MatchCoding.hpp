@@ -4,7 +4,6 @@
 #include "KestrowCore/JsonRecord.hpp"
 #include "KestrowCore/Match.hpp"
 
-#include <expected>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -24,14 +23,16 @@ const char* refuseUncountable(const std::optional<double>& overs);
 
 template <>
 struct Text<Date> {
-  static std::expected<Date, std::string> parse(std::string_view text);
+  static std::optional<Date> parse(std::string_view text) { return parseInternetDate(text); }
+  static std::string refusal(std::string_view text);
   static std::string format(Date date) { return formatInternetDate(date); }
 };
 
 // Strict: a phase that this version does not know could be shown as anything but the truth.
 template <>
 struct Text<MatchPhase> {
-  static std::expected<MatchPhase, std::string> parse(std::string_view text);
+  static std::optional<MatchPhase> parse(std::string_view text);
+  static std::string refusal(std::string_view text);
   static std::string format(MatchPhase phase);
 };
 

@@ -76,7 +76,7 @@ MatchesResponse matches(const QJsonObject& object) {
 BoomEvent boom(const QJsonValue& value) {
   const auto object = value.toObject();
   return {.id = object["id"].toInteger(),
-          .kind = json::Text<BoomKind>::parse(text(object["kind"])).value(),
+          .kind = json::Text<BoomKind>::parse(text(object["kind"])),
           .team = text(object["team"]),
           .batter = optionalText(object["batter"]),
           .field = optionalText(object["field"]),

@@ -33,11 +33,12 @@ const char* refuseNegative(const std::optional<double>& age) {
 
 template <>
 struct json::Text<Colour> {
-  static std::expected<Colour, std::string> parse(std::string_view text) {
+  static std::optional<Colour> parse(std::string_view text) {
     if (text == "red") return Colour::red;
     if (text == "blue") return Colour::blue;
-    return std::unexpected("no colour: " + std::string(text));
+    return std::nullopt;
   }
+  static std::string refusal(std::string_view text) { return "no colour: " + std::string(text); }
   static std::string format(Colour colour) { return colour == Colour::red ? "red" : "blue"; }
 };
 
