@@ -58,8 +58,13 @@ class Pill(PillTest):
         for _ in range(4):
             self.scores.matches["live"] = [long]
             self.session.wake_for_news()
-            self.assertEqual(pointer.windows_at(640, 12, seconds=0.5), {int(self.window)})
-            self.assertGreater(self.frame()[2], 2 * narrow[2])
+            under = set()
+
+            def has_grown():
+                under.update(pointer.windows_at(640, 12, seconds=0.3))
+                return self.frame()[2] > 2 * narrow[2]
+            wait_until(has_grown, "the pill to grow")
+            self.assertEqual(under, {int(self.window)})
             self.scores.matches["live"] = [short]
             self.session.wake_for_news()
             wait_until(lambda: self.frame() == narrow, "the pill to shrink")
