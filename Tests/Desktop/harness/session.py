@@ -2,6 +2,7 @@
 import json
 import os
 import re
+import shlex
 import shutil
 import signal
 import subprocess
@@ -285,6 +286,14 @@ class Session:
             return json.load(answer)
 
     # The program
+
+    def mount_for_program(self, *arguments):
+        """Mounts, in the way of the command of that name, what the program alone will see. False where
+        the system lets nobody."""
+        alone = ["unshare", "--mount"] + ([] if os.geteuid() == 0 else ["--map-root-user"])
+        self.program_prefix = [*alone, "sh", "-c", f'mount {shlex.join(arguments)} && exec "$@"', "sh"]
+        return subprocess.run([*self.program_prefix, "true"], capture_output=True,
+                              check=False).returncode == 0
 
     def start_program(self, file=PROGRAM, **more):
         self.program = self.processes.start(
