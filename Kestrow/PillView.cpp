@@ -71,16 +71,22 @@ RoleFont roleFont(PillRole role) {
   return {};
 }
 
-double rowY(PillElement::Row row, double mid, double height) {
+// How far above the pill's middle a row's texts are placed, and by which height of theirs.
+struct RowPlace {
+  double rise = 0;
+  double anchor = 0.5;
+};
+
+RowPlace rowPlace(PillElement::Row row) {
   switch (row) {
     case PillElement::Row::upper:
-      return mid + 1;
+      return {1, 0};
     case PillElement::Row::lower:
-      return mid - height - 1;
+      return {-1, 1};
     case PillElement::Row::middle:
       break;
   }
-  return mid - height * 0.5;
+  return {};
 }
 
 }  // namespace
@@ -107,6 +113,7 @@ PillView::PillView(PillContent content, Desktop& desktop)
 void PillView::setContent(PillContent content) {
   const auto label = accessibilityLabel();
   content_ = std::move(content);
+  widths_.clear();
   changed();
   if (surface_ && accessibilityLabel() != label) surface_->accessibilityLabelChanged();
 }
@@ -144,8 +151,13 @@ void PillView::placeDot() {
 }
 
 MeasureText PillView::measure() const {
-  return [&measurer = desktop_.textMeasurer()](std::string_view text, PillRole role) {
-    return measurer.measure({{shown(text), attributes(role, white(1), std::nullopt)}}).width;
+  return [this](std::string_view text, PillRole role) {
+    const auto [known, isNew] = widths_.try_emplace({role, shown(text)});
+    if (isNew) {
+      const auto line = AttributedText{{known->first.second, attributes(role, white(1), {})}};
+      known->second = desktop_.textMeasurer().measure(line).width;
+    }
+    return known->second;
   };
 }
 
@@ -249,18 +261,18 @@ void PillView::drawText(Canvas& canvas, const PillElement& element, const PillEl
                         double x, double mid) const {
   const auto [textAttributes, isFlashing] = style(text.role);
   const auto line = attributed(text, textAttributes);
-  const Size size = canvas.measure(line);
   if (text.role == PillRole::tag) {
     canvas.fill(roundedBadge(x, mid, element.width, badgeHeight, badgeHeight * 0.5), white(0.15));
     // The kerning after the last letter would leave the text a quarter of a point too far left.
-    canvas.drawText(line, {x + (element.width - size.width) * 0.5 + 0.25, mid - size.height * 0.5});
+    canvas.drawText(line, {x + element.width * 0.5 + 0.25, mid}, {0.5, 0.5});
     return;
   }
   if (isFlashing) {
     canvas.fill(roundedBadge(x - 3, mid, element.width + 6, highlightHeight, 5),
                 {Palette::amber, 0.22});
   }
-  canvas.drawText(line, {x, rowY(element.row, mid, size.height)});
+  const auto [rise, anchor] = rowPlace(element.row);
+  canvas.drawText(line, {x, mid + rise}, {0, anchor});
 }
 
 AttributedText PillView::attributed(const PillElement::Text& text,

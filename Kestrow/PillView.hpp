@@ -13,8 +13,10 @@
 
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kestrow {
@@ -65,7 +67,7 @@ class PillView final : public PillSurfaceClient {
   // Where the view is shown; none hides nothing by itself.
   void setSurface(PillSurface* surface);
 
-  // The widths that layout and drawing go by.
+  // The widths that layout and drawing go by. Not to outlive the view.
   MeasureText measure() const;
 
   static TextAttributes attributes(PillRole role, const Color& color,
@@ -116,6 +118,9 @@ class PillView final : public PillSurfaceClient {
   Desktop& desktop_;
   PillSurface* surface_ = nullptr;
   std::vector<Region> regions_;
+  // The widths of this content's texts that were asked for: layout asks for each many times, and
+  // laying a text out is what takes its time.
+  mutable std::map<std::pair<PillRole, std::string>, double> widths_;
   Subscription reduceMotionChanged_;
 };
 

@@ -4,6 +4,7 @@
 
 #include <variant>
 
+#include "Kestrow/AppKit/AppKitText.hpp"
 #include "Kestrow/AppKit/Coordinates.hpp"
 
 namespace kestrow::appkit {
@@ -52,8 +53,10 @@ void AppKitCanvas::stroke(const Path& path, const Color& color, double lineWidth
   [outline stroke];
 }
 
-void AppKitCanvas::drawText(const AttributedText& text, Point origin) {
-  [toNSAttributedString(text) drawAtPoint:toNSPoint(origin)];
+void AppKitCanvas::drawText(const AttributedText& text, Point at, Anchor anchor) {
+  NSAttributedString* line = toNSAttributedString(text);
+  const NSSize size = line.size;
+  [line drawAtPoint:toNSPoint(anchor.origin(at, {size.width, size.height}))];
 }
 
 void AppKitCanvas::pushClip(const Path& path) {

@@ -85,6 +85,18 @@ struct TextRun {
 // One line of text in runs.
 using AttributedText = std::vector<TextRun>;
 
+// The point of a line's box by which it is placed, in parts of its width and height from the bottom
+// left.
+struct Anchor {
+  double x = 0;
+  double y = 0;
+
+  // The bottom left of a box of this size that is placed so.
+  Point origin(Point at, Size size) const {
+    return {at.x - x * size.width, at.y - y * size.height};
+  }
+};
+
 class TextMeasurer {
  public:
   virtual ~TextMeasurer() = default;
@@ -92,8 +104,10 @@ class TextMeasurer {
   virtual Size measure(const AttributedText& text) = 0;
 };
 
-class Canvas : public TextMeasurer {
+class Canvas {
  public:
+  virtual ~Canvas() = default;
+
   virtual void fill(const Path& path, const Color& color) = 0;
 
   // From `start` to `end` along the angle: 0 is left to right, 90 bottom to top, -90 top to bottom.
@@ -102,8 +116,9 @@ class Canvas : public TextMeasurer {
 
   virtual void stroke(const Path& path, const Color& color, double lineWidth) = 0;
 
-  // `origin` is the bottom left of the line's box as measured.
-  virtual void drawText(const AttributedText& text, Point origin) = 0;
+  // The line's box is what the system's measurer says. Placed by its anchor, so that who draws a
+  // line in a middle need not have it laid out once more for its size.
+  virtual void drawText(const AttributedText& text, Point at, Anchor anchor) = 0;
 
   // Until the matching popClip, what is drawn stays inside the path. Clips nest.
   virtual void pushClip(const Path& path) = 0;

@@ -1,5 +1,7 @@
 #include "Kestrow/Qt/QtCanvas.hpp"
 
+#include "Kestrow/Qt/QtText.hpp"
+
 #include <QLinearGradient>
 #include <QPen>
 
@@ -74,8 +76,9 @@ void QtCanvas::stroke(const Path& path, const Color& color, double lineWidth) {
                       QPen(toQt(color), lineWidth, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
 }
 
-void QtCanvas::drawText(const AttributedText& text, Point origin) {
+void QtCanvas::drawText(const AttributedText& text, Point at, Anchor anchor) {
   const TextLine line(text);
+  const Point origin = anchor.origin(at, line.size());
   const QPointF topLeft = map({origin.x, origin.y + line.size().height});
   // Letters are crisp on a pixel's edge.
   const double baseline = std::round((topLeft.y() + line.baseline()) * scale_) / scale_;

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "Kestrow/Platform/Canvas.hpp"
-#include "Kestrow/Qt/QtText.hpp"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -18,10 +17,9 @@ class QtCanvas final : public Canvas {
   void fillGradient(const Path& path, const Color& start, const Color& end,
                     double angleDegrees) override;
   void stroke(const Path& path, const Color& color, double lineWidth) override;
-  void drawText(const AttributedText& text, Point origin) override;
+  void drawText(const AttributedText& text, Point at, Anchor anchor) override;
   void pushClip(const Path& path) override;
   void popClip() override;
-  Size measure(const AttributedText& text) override { return measurer_.measure(text); }
 
  private:
   QPointF map(Point point) const;
@@ -30,7 +28,6 @@ class QtCanvas final : public Canvas {
   QPainter& painter_;
   Rect bounds_;
   double scale_;
-  QtTextMeasurer measurer_;
 };
 
 }  // namespace kestrow::qt

@@ -3,6 +3,7 @@
 #include "Kestrow/PillWindow.hpp"
 #include "Kestrow/Qt/QtCanvas.hpp"
 #include "Kestrow/Qt/QtDot.hpp"
+#include "Kestrow/Qt/QtText.hpp"
 #include "Tests/Support/FakeDesktop.hpp"
 
 #include <QPainter>

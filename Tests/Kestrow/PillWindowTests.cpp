@@ -65,6 +65,17 @@ TEST_F(PillControllerTest, ShowingWhatIsShownDoesNothing) {
   EXPECT_EQ(surface().redraws, redraws);
 }
 
+TEST_F(PillControllerTest, MeasuresATextOnceForEachContent) {
+  pill();
+  desktop_.measurer.linesMeasured = 0;
+  show(score("146/3"), PillEmphasis::none);
+  EXPECT_EQ(desktop_.measurer.linesMeasured, 1);
+  show(score("146/3"), PillEmphasis::flash);
+  show(score("147/3"), PillEmphasis::none);
+  show(score("146/3"), PillEmphasis::none);
+  EXPECT_EQ(desktop_.measurer.linesMeasured, 4);
+}
+
 TEST_F(PillControllerTest, ADifferenceInContentThemeOrEmphasisIsShown) {
   show(score("146/3"), PillEmphasis::none);
   EXPECT_EQ(surface().moves.size(), 2U);

@@ -1,4 +1,5 @@
 #include "Kestrow/Qt/QtCanvas.hpp"
+#include "Kestrow/Qt/QtText.hpp"
 
 #include <QImage>
 #include <QPainter>
@@ -144,7 +145,7 @@ AttributedText line(const Color& color, std::optional<Glow> glow = std::nullopt)
 }
 
 TEST(QtCanvas, TextStandsInItsMeasuredBox) {
-  const auto image = drawn(4, [](QtCanvas& canvas) { canvas.drawText(line(red), {5, 0}); });
+  const auto image = drawn(4, [](QtCanvas& canvas) { canvas.drawText(line(red), {5, 0}, {}); });
   const Size size = QtTextMeasurer().measure(line(red));
   const QRect box(19, static_cast<int>((10 - size.height) * 4),
                   static_cast<int>(size.width * 4) + 2, static_cast<int>(size.height * 4));
@@ -161,7 +162,7 @@ TEST(QtCanvas, TextStandsInItsMeasuredBox) {
 
 TEST(QtCanvas, TextHasNoColouredEdges) {
   const auto image =
-      drawn(1, [](QtCanvas& canvas) { canvas.drawText(line({{1, 1, 1}, 1}), {5.3, 0}); });
+      drawn(1, [](QtCanvas& canvas) { canvas.drawText(line({{1, 1, 1}, 1}), {5.3, 0}, {}); });
   for (int y = 0; y < image.height(); ++y) {
     for (int x = 0; x < image.width(); ++x) {
       const QRgb pixel = image.pixel(x, y);
@@ -171,9 +172,9 @@ TEST(QtCanvas, TextHasNoColouredEdges) {
 }
 
 TEST(QtCanvas, AGlowShinesAroundTheText) {
-  const auto plain = drawn(2, [](QtCanvas& canvas) { canvas.drawText(line(red), {7, 0}); });
+  const auto plain = drawn(2, [](QtCanvas& canvas) { canvas.drawText(line(red), {7, 0}, {}); });
   const auto glowing =
-      drawn(2, [](QtCanvas& canvas) { canvas.drawText(line(red, Glow{blue, 4}), {7, 0}); });
+      drawn(2, [](QtCanvas& canvas) { canvas.drawText(line(red, Glow{blue, 4}), {7, 0}, {}); });
   EXPECT_GT(touched(glowing), 2 * touched(plain));
   int bluest = 0;
   for (int y = 0; y < glowing.height(); ++y) bluest = std::max(bluest, qBlue(glowing.pixel(12, y)));

@@ -21,7 +21,10 @@ class FixedMeasurer : public TextMeasurer {
         std::count_if(text.begin(), text.end(), [](char c) { return (c & '\xC0') != '\x80'; }));
   }
 
+  int linesMeasured = 0;
+
   Size measure(const AttributedText& text) override {
+    ++linesMeasured;
     Size size;
     for (const auto& run : text) {
       const auto& attributes = run.attributes;
@@ -70,7 +73,6 @@ class RecordingCanvas final : public Canvas {
  public:
   std::vector<Drawn::Call> calls;
 
-  Size measure(const AttributedText& text) override { return measurer_.measure(text); }
   void fill(const Path& path, const Color& color) override {
     calls.emplace_back(Drawn::Fill{path, color});
   }
@@ -81,8 +83,8 @@ class RecordingCanvas final : public Canvas {
   void stroke(const Path& path, const Color& color, double lineWidth) override {
     calls.emplace_back(Drawn::Stroke{path, color, lineWidth});
   }
-  void drawText(const AttributedText& text, Point origin) override {
-    calls.emplace_back(Drawn::Text{text, origin});
+  void drawText(const AttributedText& text, Point at, Anchor anchor) override {
+    calls.emplace_back(Drawn::Text{text, anchor.origin(at, measurer_.measure(text))});
   }
   void pushClip(const Path& path) override { calls.emplace_back(Drawn::PushClip{path}); }
   void popClip() override { calls.emplace_back(Drawn::PopClip{}); }
