@@ -1,10 +1,10 @@
-// What is drawn and what Qt does, measured on the display there is; QT_QPA_PLATFORM=offscreen does
-// without one.
-#include <QApplication>
+// The core's benchmarks, with memory given back as the program gives it back.
+#include "KestrowCore/FreedMemory.hpp"
+
 #include <benchmark/benchmark.h>
 
 int main(int argc, char** argv) {
-  const QApplication application(argc, argv);
+  kestrow::returnFreedMemory();
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();
