@@ -47,21 +47,21 @@ void QtDot::show(const std::optional<DotAppearance>& dot) {
   update();
 }
 
-void QtDot::setSeen(bool seen) {
+bool QtDot::setSeen(bool seen) {
   seen_ = seen;
-  update();
+  return update();
 }
 
-void QtDot::update() {
+bool QtDot::update() {
   const bool runs = seen_ && pulses();
-  if (runs == timer_.isActive()) return;
+  if (runs == timer_.isActive()) return false;
   if (runs) {
     clock_.start();
     timer_.start();
   } else {
     timer_.stop();
   }
-  repaint_();
+  return true;
 }
 
 double QtDot::progress(Seconds sinceStart) const {

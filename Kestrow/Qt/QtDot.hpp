@@ -20,14 +20,15 @@ class QtDot {
  public:
   static constexpr int framesPerSecond = 20;
 
-  // `repaint` asks for the area to be painted again; it is called on every frame of the pulse.
+  // `repaint` paints the area again, at once; it is called on every frame of the pulse.
   explicit QtDot(std::function<void()> repaint);
 
-  // A pulse that goes on keeps its beat.
+  // A pulse that goes on keeps its beat. The area is to be painted again, and where it was before.
   void show(const std::optional<DotAppearance>& dot);
 
-  // The pulse stands still while nobody sees it.
-  void setSeen(bool seen);
+  // The pulse stands still while nobody sees it. True when it started or stopped: the area is to be
+  // painted again.
+  bool setSeen(bool seen);
   bool pulses() const { return dot_ && dot_->pulses; }
   bool isRunning() const { return timer_.isActive(); }
 
@@ -40,7 +41,7 @@ class QtDot {
   double progress(Seconds sinceStart) const;
 
  private:
-  void update();
+  bool update();
   void makePictures(double scale);
   QPointF centre(const Rect& bounds) const;
 

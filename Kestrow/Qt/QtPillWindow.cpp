@@ -30,7 +30,7 @@ QtPillWindow::QtPillWindow(PillSurfaceClient& client)
                            Qt::WindowDoesNotAcceptFocus | Qt::X11BypassWindowManagerHint |
                            Qt::NoDropShadowWindowHint),
       client_(client),
-      dot_([this] { update(dotArea_); }) {
+      dot_([this] { repaint(dotArea_); }) {
   setAttribute(Qt::WA_TranslucentBackground);
   setAttribute(Qt::WA_ShowWithoutActivating);
   setAttribute(Qt::WA_QuitOnClose, false);
@@ -112,7 +112,7 @@ void QtPillWindow::setScreenSeen(bool seen) {
 void QtPillWindow::updateSeen() {
   const bool onScreen = isVisible() && screenSeen_;
   x11_->lookForCover(onScreen && dot_.pulses());
-  dot_.setSeen(onScreen && !x11_->isCovered());
+  if (dot_.setSeen(onScreen && !x11_->isCovered())) update(dotArea_);
 }
 
 void QtPillWindow::showEvent(QShowEvent* event) {
