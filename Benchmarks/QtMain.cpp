@@ -9,6 +9,7 @@ int main(int argc, char** argv) {
   kestrow::returnFreedMemory();
   const QApplication application(argc, argv);
   benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();
 }

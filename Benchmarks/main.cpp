@@ -6,6 +6,7 @@
 int main(int argc, char** argv) {
   kestrow::returnFreedMemory();
   benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();
 }

@@ -54,8 +54,8 @@ def spread(values, text):
     return f"{text(middle)} ({text(low)}–{text(high)})"
 
 
-def row(what, values, beside, ratios, budget, verdict):
-    print(f"| {what} | {values} | {beside} | {ratios} | {budget} | {verdict} |", flush=True)
+def row(what, values, beside, ratios, budget, judged):
+    print(f"| {what} | {values} | {beside} | {ratios} | {budget} | {judged} |", flush=True)
 
 
 def verdict(kept):

@@ -116,8 +116,8 @@ class Canvas {
 
   virtual void stroke(const Path& path, const Color& color, double lineWidth) = 0;
 
-  // The line's box is what the system's measurer says. Placed by its anchor, so that who draws a
-  // line in a middle need not have it laid out once more for its size.
+  // The line's box is what the system's measurer says. It is placed by its anchor, so that nobody
+  // has to measure a line in order to draw it in a middle.
   virtual void drawText(const AttributedText& text, Point at, Anchor anchor) = 0;
 
   // Until the matching popClip, what is drawn stays inside the path. Clips nest.

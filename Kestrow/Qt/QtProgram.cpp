@@ -31,8 +31,8 @@ void prepareProcess() {
   // Qt does not notice assistive technology that starts after the program.
   qputenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1");
   // In memory that it shares with the X server, Qt waits before each picture until the server has
-  // read the one before: for the pulse twenty times a second, and four more wake-ups each time. The
-  // pill's pictures are small enough to be sent.
+  // read the one before, which wakes the program more often than the pulse itself. The pill's
+  // pictures are small enough to be sent, and the panel's are few.
   qputenv("QT_XCB_NO_MITSHM", "1");
   // Wayland gives no client a place at the screen's top edge; its X server does.
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && !qEnvironmentVariableIsEmpty("DISPLAY")) {

@@ -160,6 +160,17 @@ TEST(QtCanvas, TextStandsInItsMeasuredBox) {
   EXPECT_GT(inside, 100);
 }
 
+TEST(QtCanvas, TextIsPlacedByItsAnchor) {
+  const auto drawnAt = [](Point at, Anchor anchor) {
+    return drawn(2, [&](QtCanvas& canvas) { canvas.drawText(line(red), at, anchor); });
+  };
+  const Size size = QtTextMeasurer().measure(line(red));
+  const QImage fromCorner = drawnAt({5, 0}, {});
+  EXPECT_EQ(drawnAt({5 + size.width, 0}, {1, 0}), fromCorner);
+  EXPECT_EQ(drawnAt({5, size.height}, {0, 1}), fromCorner);
+  EXPECT_EQ(drawnAt({5 + size.width * 0.5, size.height * 0.5}, {0.5, 0.5}), fromCorner);
+}
+
 TEST(QtCanvas, TextHasNoColouredEdges) {
   const auto image =
       drawn(1, [](QtCanvas& canvas) { canvas.drawText(line({{1, 1, 1}, 1}), {5.3, 0}, {}); });

@@ -7,6 +7,7 @@
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QMouseEvent>
+#include <QPaintEvent>
 #include <QScreen>
 #include <gtest/gtest.h>
 
@@ -47,6 +48,19 @@ DotAppearance dot(bool pulses) {
           .shadowOpacity = 0,
           .pulses = pulses};
 }
+
+// Keeps what is painted of a window.
+class Paintings final : public QObject {
+ public:
+  std::vector<QRect> areas;
+
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() == QEvent::Paint) {
+      areas.push_back(static_cast<QPaintEvent*>(event)->region().boundingRect());
+    }
+    return false;
+  }
+};
 
 // Runs the event loop until the condition holds; false when it does not within the time.
 bool waitFor(const std::function<bool()>& condition) {
@@ -189,6 +203,28 @@ TEST_F(QtPillWindowTest, ThePulseRepaintsTheDotAndDrawsNothingAnew) {
     return colours.size() > 4;
   }));
   EXPECT_EQ(client_.drawings, before);
+}
+
+TEST_F(QtPillWindowTest, AFrameOfThePulsePaintsTheDotAndNoMore) {
+  show();
+  window_->setDot(dot(true));
+  Paintings paintings;
+  window_->installEventFilter(&paintings);
+  ASSERT_TRUE(waitFor([&] { return !paintings.areas.empty(); }));
+  paintings.areas.clear();
+  EXPECT_TRUE(waitFor([&] { return paintings.areas.size() > 3; }));
+  for (const QRect& area : paintings.areas) EXPECT_TRUE(QRect(5, 4, 16, 16).contains(area));
+}
+
+TEST_F(QtPillWindowTest, PaintsTheDotOnceMoreWhenThePulseEnds) {
+  show();
+  window_->setDot(dot(true));
+  Paintings paintings;
+  window_->installEventFilter(&paintings);
+  ASSERT_TRUE(waitFor([&] { return paintings.areas.size() > 3; }));
+  paintings.areas.clear();
+  window_->setScreenSeen(false);
+  EXPECT_TRUE(waitFor([&] { return !paintings.areas.empty(); }));
 }
 
 TEST_F(QtPillWindowTest, AStillDotLooksTheSameAllTheTime) {

@@ -190,5 +190,21 @@ TEST(QtText, ABlurKeepsTheLightAndSpreadsItEvenly) {
   EXPECT_NEAR(qAlpha(light.pixel(20, 20)) / 255.0, middle, 0.02);
 }
 
+TEST(QtText, ABlurReachesBeyondAPictureThatIsNarrowerThanIt) {
+  QImage picture(5, 3, QImage::Format_ARGB32_Premultiplied);
+  picture.fill(Qt::transparent);
+  picture.setPixelColor(1, 2, Qt::white);
+  const QImage light = blurred(picture, 1, Qt::white);
+  const auto weight = [](int distance) {
+    const auto bell = [](int at) { return std::exp(-0.5 * at * at); };
+    return bell(distance) / (bell(0) + 2 * (bell(1) + bell(2) + bell(3)));
+  };
+  for (int y = 0; y < 3; ++y) {
+    for (int x = 0; x < 5; ++x) {
+      EXPECT_NEAR(qAlpha(light.pixel(x, y)), 255 * weight(x - 1) * weight(y - 2), 0.51);
+    }
+  }
+}
+
 }  // namespace
 }  // namespace kestrow::qt
