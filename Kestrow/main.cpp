@@ -27,13 +27,16 @@ int main(int argumentCount, char** arguments) {
   qt::QtMainThread mainThread;
   qt::QtUserDefaults defaults;
   qt::QtDesktop desktop(instance);
+  const auto session = std::make_shared<UrlSession>(mainThread);
+  session->hold();  // until the pill is painted
   const auto program = QFileInfo(QApplication::applicationFilePath()).filesystemFilePath();
   AppDelegate delegate({.desktop = desktop,
                         .defaults = defaults,
                         .mainThread = mainThread,
-                        .transport = urlSessionTransport(std::make_shared<UrlSession>(mainThread)),
+                        .transport = urlSessionTransport(session),
                         .loginService = std::make_unique<XdgAutostart>(program),
                         .launchAgent = nullptr});
   delegate.applicationDidFinishLaunching();
+  desktop.afterFirstPicture([&session] { session->release(); });
   return QApplication::exec();
 }

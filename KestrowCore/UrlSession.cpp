@@ -1,8 +1,8 @@
 #include "KestrowCore/UrlSession.hpp"
 
+#include "KestrowCore/UrlSessionCurl.hpp"
 #include "KestrowCore/UrlSessionTransfer.hpp"
 
-#include <curl/curl.h>
 #include <pthread.h>
 
 #include <csignal>
@@ -10,7 +10,6 @@
 #include <limits>
 #include <map>
 #include <mutex>
-#include <new>
 #include <optional>
 #include <thread>
 #include <unordered_map>
@@ -23,10 +22,6 @@ namespace kestrow {
 namespace {
 
 using Result = std::expected<HttpResponse, TransportError>;
-
-struct DeleteMulti {
-  void operator()(CURLM* multi) const { curl_multi_cleanup(multi); }
-};
 
 // Signals are for the main thread. SIGPIPE above all: a TLS connection that the server has closed
 // raises it on the thread that writes, and libcurl leaves it alone when told not to use signals.
@@ -45,16 +40,19 @@ class UrlSession::Network {
   using OnResult = std::function<void(Transfer::Id, Result)>;
 
   Network(const Options& options, OnResult onResult)
-      : options_(options), onResult_(std::move(onResult)) {
-    thread_ = std::thread([this] { run(); });
-  }
+      : options_(options), onResult_(std::move(onResult)) {}
   Network(const Network&) = delete;
   Network& operator=(const Network&) = delete;
 
   // Drops the requests under way. No answer is given after this.
   ~Network() {
     give(End{});
-    thread_.join();
+    if (thread_.joinable()) thread_.join();
+  }
+
+  // Starts the thread. Orders may come before.
+  void open() {
+    thread_ = std::thread([this] { run(); });
   }
 
   void start(Transfer::Id id, HttpRequest request) { give(Start{id, std::move(request)}); }
@@ -70,38 +68,46 @@ class UrlSession::Network {
   };
   struct End {};
   using Order = std::variant<Start, Cancel, End>;
-
-  static CURLM* makeMulti() {
-    static const CURLcode ready = curl_global_init(CURL_GLOBAL_DEFAULT);
-    CURLM* const multi = ready == CURLE_OK ? curl_multi_init() : nullptr;
-    if (multi == nullptr) throw std::bad_alloc();
-    return multi;
-  }
+  using Multi = std::unique_ptr<CURLM, decltype(&curl_multi_cleanup)>;
 
   void give(Order order) {
     const std::lock_guard lock(mutex_);
     orders_.push_back(std::move(order));
     // The thread looks for orders once it has set itself up.
-    if (multi_) curl_multi_wakeup(multi_.get());
+    if (multi_) curl_->multiWakeup(multi_.get());
+    if (!curl_) refuseOrders();
   }
 
-  // On the network thread, since it takes the library longer than the main thread has before the
-  // first picture.
-  void setUp() {
-    std::unique_ptr<CURLM, DeleteMulti> multi(makeMulti());
+  // False when there is no network to be had. On the network thread, since it takes the library
+  // longer than the main thread has before the first picture.
+  bool setUp() {
+    auto curl = Curl::load(options_.libraryFile);
+    Multi multi(curl ? curl->multiInit() : nullptr, curl ? curl->multiCleanup : nullptr);
+    if (curl && !multi) curl = std::unexpected("libcurl can't be set up");
     const std::lock_guard lock(mutex_);
+    curl_ = std::move(curl);
     multi_ = std::move(multi);
+    if (!curl_) refuseOrders();
+    return curl_.has_value();
+  }
+
+  // The mutex is held.
+  void refuseOrders() {
+    for (const Order& order : std::exchange(orders_, {})) {
+      const auto* const started = std::get_if<Start>(&order);
+      if (started) onResult_(started->id, std::unexpected(TransportError{curl_.error()}));
+    }
   }
 
   void run() {
     blockSignals();
-    setUp();
+    if (!setUp()) return;
     while (takeOrders()) {
       int running = 0;
-      curl_multi_perform(multi_.get(), &running);
+      curl_->multiPerform(multi_.get(), &running);
       giveResults();
       // Sleeps until a socket is ready, a transfer's time is up or there is a new order.
-      curl_multi_poll(multi_.get(), nullptr, 0, std::numeric_limits<int>::max(), nullptr);
+      curl_->multiPoll(multi_.get(), nullptr, 0, std::numeric_limits<int>::max(), nullptr);
     }
     while (!transfers_.empty()) drop(transfers_.begin()->first);
   }
@@ -122,12 +128,13 @@ class UrlSession::Network {
   }
 
   void begin(Start start) {
-    auto transfer = std::make_unique<Transfer>(start.id, std::move(start.request), options_);
+    auto transfer =
+        std::make_unique<Transfer>(*curl_, start.id, std::move(start.request), options_);
     if (transfer->setUp() != CURLE_OK) {
       onResult_(start.id, transfer->result(transfer->setUp()));
       return;
     }
-    if (curl_multi_add_handle(multi_.get(), transfer->handle()) != CURLM_OK) {
+    if (curl_->multiAddHandle(multi_.get(), transfer->handle()) != CURLM_OK) {
       onResult_(start.id, transfer->result(CURLE_FAILED_INIT));
       return;
     }
@@ -136,10 +143,10 @@ class UrlSession::Network {
 
   void giveResults() {
     int left = 0;
-    while (const CURLMsg* const message = curl_multi_info_read(multi_.get(), &left)) {
+    while (const CURLMsg* const message = curl_->multiInfoRead(multi_.get(), &left)) {
       if (message->msg != CURLMSG_DONE) continue;
       Transfer* transfer = nullptr;
-      curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &transfer);
+      curl_->easyGetinfo(message->easy_handle, CURLINFO_PRIVATE, &transfer);
       onResult_(transfer->id(), transfer->result(message->data.result));
       drop(transfer->id());
     }
@@ -148,15 +155,16 @@ class UrlSession::Network {
   void drop(Transfer::Id id) {
     const auto place = transfers_.find(id);
     if (place == transfers_.end()) return;
-    curl_multi_remove_handle(multi_.get(), place->second->handle());
+    curl_->multiRemoveHandle(multi_.get(), place->second->handle());
     transfers_.erase(place);
   }
 
   const Options& options_;
   OnResult onResult_;
-  std::mutex mutex_;  // of orders_, and of making multi_
+  std::mutex mutex_;  // of orders_, and of setting up the next two
   std::vector<Order> orders_;
-  std::unique_ptr<CURLM, DeleteMulti> multi_;
+  std::expected<Curl, std::string> curl_;  // or why there is none
+  Multi multi_{nullptr, nullptr};
   std::unordered_map<Transfer::Id, std::unique_ptr<Transfer>> transfers_;  // network thread only
   std::thread thread_;
 };
@@ -186,6 +194,11 @@ class UrlSession::State : public std::enable_shared_from_this<State> {
     return pending;
   }
 
+  void hold() { isHeld_ = true; }
+  void release() {
+    if (std::exchange(isHeld_, false) && network_) network_->open();
+  }
+
   // Ends the network thread, and soon everyone's waiting.
   void end() {
     hasEnded_ = true;
@@ -207,6 +220,7 @@ class UrlSession::State : public std::enable_shared_from_this<State> {
             if (const auto state = self.lock()) state->complete(id, std::move(*shared));
           });
         });
+    if (!isHeld_) network_->open();
   }
 
   void complete(Transfer::Id id, Result result) {
@@ -222,6 +236,7 @@ class UrlSession::State : public std::enable_shared_from_this<State> {
   Options options_;
   std::map<Transfer::Id, Pending<Result>> waiting_;
   Transfer::Id nextId_ = 0;
+  bool isHeld_ = false;
   bool hasEnded_ = false;
   std::unique_ptr<Network> network_;
 };
@@ -233,6 +248,14 @@ UrlSession::UrlSession(MainThread& mainThread, Options options)
 
 UrlSession::~UrlSession() {
   state_->end();
+}
+
+void UrlSession::hold() {
+  state_->hold();
+}
+
+void UrlSession::release() {
+  state_->release();
 }
 
 Task<Result> UrlSession::send(HttpRequest request) {

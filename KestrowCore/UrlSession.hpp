@@ -30,6 +30,7 @@ class UrlSession {
     std::size_t maxBodyBytes = std::size_t{4} << 20U;
     std::size_t maxHeaderBytes = std::size_t{256} << 10U;  // of one request's answers together
     std::string certificateFile;  // authorities to trust, as PEM, in place of the system's
+    std::string libraryFile;      // libcurl, in place of the system's
   };
 
   explicit UrlSession(MainThread& mainThread);
@@ -43,6 +44,11 @@ class UrlSession {
   // Sends the request once the task is awaited. Destroying the task cancels the request. Fails
   // without sending when the URL or a header holds characters that don't belong there.
   Task<std::expected<HttpResponse, TransportError>> send(HttpRequest request);
+
+  // Before the first request: from here on requests wait, and the network thread with them, until
+  // they are released. Loading libcurl beside a main thread that starts a program slows both.
+  void hold();
+  void release();
 
  private:
   class Transfer;

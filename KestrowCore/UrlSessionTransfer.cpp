@@ -7,8 +7,13 @@
 
 namespace kestrow {
 
-UrlSession::Transfer::Transfer(Id id, HttpRequest request, const Options& options)
-    : id_(id), request_(std::move(request)), options_(options), easy_(curl_easy_init()) {
+UrlSession::Transfer::Transfer(const Curl& curl, Id id, HttpRequest request, const Options& options)
+    : curl_(curl),
+      id_(id),
+      request_(std::move(request)),
+      options_(options),
+      headers_(nullptr, curl.slistFreeAll),
+      easy_(curl.easyInit(), curl.easyCleanup) {
   setUpSafety();
   setUpRequest();
   setUpCallbacks();
@@ -17,7 +22,7 @@ UrlSession::Transfer::Transfer(Id id, HttpRequest request, const Options& option
 std::expected<HttpResponse, TransportError> UrlSession::Transfer::result(CURLcode code) {
   if (code != CURLE_OK) return std::unexpected(TransportError{describe(code)});
   long status = 0;
-  curl_easy_getinfo(handle(), CURLINFO_RESPONSE_CODE, &status);
+  curl_.easyGetinfo(handle(), CURLINFO_RESPONSE_CODE, &status);
   // To libcurl an answer that breaks off in its headers is one without a body.
   if (!hasHeaders_ || status < 200) {
     return std::unexpected(TransportError{"The answer broke off in its headers"});
@@ -27,7 +32,7 @@ std::expected<HttpResponse, TransportError> UrlSession::Transfer::result(CURLcod
 
 template <class T>
 void UrlSession::Transfer::set(CURLoption option, T value) {
-  const CURLcode code = curl_easy_setopt(handle(), option, value);
+  const CURLcode code = curl_.easySetopt(handle(), option, value);
   if (setUp_ == CURLE_OK) setUp_ = code;
 }
 
@@ -84,13 +89,13 @@ void UrlSession::Transfer::setUpCallbacks() {
 
 // To libcurl "Name:" says to leave a header out, "Name;" to send it empty.
 void UrlSession::Transfer::addHeader(const std::string& name, const std::string& rest) {
-  headers_.reset(curl_slist_append(headers_.release(), (name + rest).c_str()));
+  headers_.reset(curl_.slistAppend(headers_.release(), (name + rest).c_str()));
   if (!headers_) setUp_ = CURLE_OUT_OF_MEMORY;
 }
 
 std::string UrlSession::Transfer::describe(CURLcode code) const {
   if (!refusal_.empty()) return refusal_;
-  return error_[0] == '\0' ? curl_easy_strerror(code) : error_.data();
+  return error_[0] == '\0' ? curl_.easyStrerror(code) : error_.data();
 }
 
 // The body as it comes, unpacked. Taking less than was given ends the transfer.
@@ -125,8 +130,8 @@ int UrlSession::Transfer::onConnected(void* self, char* /*address*/, char* /*own
                                       int /*port*/, int /*ownPort*/) {
   auto& transfer = *static_cast<Transfer*>(self);
   const char* url = "";
-  curl_easy_getinfo(transfer.handle(), CURLINFO_EFFECTIVE_URL, &url);
-  const bool isSecure = curl_strnequal(url, "https:", 6) != 0;
+  transfer.curl_.easyGetinfo(transfer.handle(), CURLINFO_EFFECTIVE_URL, &url);
+  const bool isSecure = transfer.curl_.strnequal(url, "https:", 6) != 0;
   if (transfer.isSecure_ && !isSecure) {
     transfer.refusal_ = "A redirect from https to http was refused";
     return CURL_PREREQFUNC_ABORT;

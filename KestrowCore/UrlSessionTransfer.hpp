@@ -3,8 +3,7 @@
 
 #include "KestrowCore/Http.hpp"
 #include "KestrowCore/UrlSession.hpp"
-
-#include <curl/curl.h>
+#include "KestrowCore/UrlSessionCurl.hpp"
 
 #include <array>
 #include <cstddef>
@@ -20,8 +19,8 @@ class UrlSession::Transfer {
  public:
   using Id = std::uint64_t;
 
-  // The options must outlive the transfer.
-  Transfer(Id id, HttpRequest request, const Options& options);
+  // The library and the options must outlive the transfer.
+  Transfer(const Curl& curl, Id id, HttpRequest request, const Options& options);
   Transfer(const Transfer&) = delete;
   Transfer& operator=(const Transfer&) = delete;
 
@@ -34,13 +33,6 @@ class UrlSession::Transfer {
   std::expected<HttpResponse, TransportError> result(CURLcode code);
 
  private:
-  struct DeleteEasy {
-    void operator()(CURL* easy) const { curl_easy_cleanup(easy); }
-  };
-  struct DeleteList {
-    void operator()(curl_slist* list) const { curl_slist_free_all(list); }
-  };
-
   template <class T>
   void set(CURLoption option, T value);
   void setUpSafety();
@@ -53,6 +45,7 @@ class UrlSession::Transfer {
   static std::size_t onHeader(const char* bytes, std::size_t one, std::size_t count, void* self);
   static int onConnected(void* self, char* address, char* ownAddress, int port, int ownPort);
 
+  const Curl& curl_;
   Id id_;
   HttpRequest request_;
   const Options& options_;
@@ -63,8 +56,8 @@ class UrlSession::Transfer {
   std::string refusal_;      // why we ended it ourselves
   std::array<char, CURL_ERROR_SIZE> error_{};
   CURLcode setUp_ = CURLE_OK;
-  std::unique_ptr<curl_slist, DeleteList> headers_;
-  std::unique_ptr<CURL, DeleteEasy> easy_;
+  std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> headers_;
+  std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> easy_;
 };
 
 }  // namespace kestrow

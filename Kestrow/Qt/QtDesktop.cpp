@@ -9,22 +9,36 @@
 #include <QDBusConnection>
 #include <syslog.h>
 
+#include <chrono>
 #include <utility>
 
 namespace kestrow::qt {
 
 QtDesktop::QtDesktop(SingleInstance& instance)
-    : instance_(instance),
-      session_(QDBusConnection::sessionBus(), QDBusConnection::systemBus()),
-      motion_(QDBusConnection::sessionBus()),
-      seenChanged_(session_.changed.subscribe([this] {
+    : instance_(instance), seenChanged_(session_.changed.subscribe([this] {
         if (pill_) pill_->setScreenSeen(session_.isSeen());
       })) {
   installAccessiblePill();
   installAccessiblePanel();
+  begin_.setSingleShot(true);
 }
 
 QtDesktop::~QtDesktop() = default;
+
+void QtDesktop::afterFirstPicture(std::function<void()> action) {
+  // A pill that is covered by another window is not painted.
+  constexpr std::chrono::seconds longest(1);
+  QObject::connect(&begin_, &QTimer::timeout, [this, action = std::move(action)] {
+    firstPainted_ = {};
+    action();
+    session_.watch(QDBusConnection::sessionBus(), QDBusConnection::systemBus());
+    motion_.watch(QDBusConnection::sessionBus());
+    sleep_.watch();
+  });
+  begin_.start(pill_ && pill_->isVisible() ? longest : std::chrono::seconds(0));
+  // The picture is sent when painting it is over.
+  if (pill_) firstPainted_ = pill_->firstPainted.subscribe([this] { begin_.start(0); });
+}
 
 std::vector<Screen> QtDesktop::screens() const {
   return ScreenWatcher::screens();

@@ -12,6 +12,7 @@
 #include "Kestrow/Qt/SleepWatcher.hpp"
 
 #include <QPointer>
+#include <QTimer>
 
 #include <functional>
 #include <memory>
@@ -26,6 +27,11 @@ class QtDesktop final : public Desktop {
  public:
   explicit QtDesktop(SingleInstance& instance);
   ~QtDesktop() override;
+
+  // Calls the action once the pill's first picture is on its way to the screen, or soon where no
+  // pill is painted, and then begins to watch the session, the desktop's settings and the machine's
+  // sleep: connecting to the buses takes a sixteenth of the start. Once.
+  void afterFirstPicture(std::function<void()> action);
 
   std::vector<Screen> screens() const override;
   std::optional<Screen> mainScreen() const override { return ScreenWatcher::mainScreen(); }
@@ -60,6 +66,8 @@ class QtDesktop final : public Desktop {
   ClockWatcher clock_;
   QPointer<QtPillWindow> pill_;
   Subscription seenChanged_;
+  Subscription firstPainted_;
+  QTimer begin_;
 };
 
 }  // namespace kestrow::qt

@@ -13,6 +13,7 @@
 #include <QWindow>
 
 #include <chrono>
+#include <utility>
 
 namespace kestrow::qt {
 
@@ -183,6 +184,7 @@ void QtPillWindow::paintEvent(QPaintEvent* event) {
   painter.drawImage(0, 0, picture_);
   painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
   dot_.paint(painter, bounds(), devicePixelRatioF());
+  if (!std::exchange(wasPainted_, true)) firstPainted.notify();
 }
 
 }  // namespace kestrow::qt

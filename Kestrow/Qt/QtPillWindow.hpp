@@ -7,6 +7,7 @@
 #include "Kestrow/Platform/PillSurface.hpp"
 #include "Kestrow/Qt/QtDot.hpp"
 #include "Kestrow/Qt/X11Window.hpp"
+#include "KestrowCore/Subscription.hpp"
 
 #include <QImage>
 #include <QVariantAnimation>
@@ -37,6 +38,9 @@ class QtPillWindow final : public QWidget, public PillSurface {
   // Nobody sees the pill while the session is locked or the screen is off.
   void setScreenSeen(bool seen);
 
+  // It was painted for the first time.
+  Signal firstPainted;
+
   // What a click does, for assistive technology.
   void press() { client_.click(); }
 
@@ -61,6 +65,7 @@ class QtPillWindow final : public QWidget, public PillSurface {
   QRect dotArea_;
   QImage picture_;  // the pill without its dot, kept so that a pulse draws nothing anew
   bool pictureIsOld_ = true;
+  bool wasPainted_ = false;
   bool screenSeen_ = true;
   std::unique_ptr<X11Window> x11_;
 };

@@ -4,9 +4,12 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
 #include <QMap>
 #include <QStringList>
 #include <QVariantMap>
+
+#include <utility>
 
 namespace kestrow::qt {
 namespace {
@@ -33,7 +36,8 @@ QString kdeSpace() {
 
 }  // namespace
 
-ReduceMotionSetting::ReduceMotionSetting(QDBusConnection bus) : bus_(std::move(bus)) {
+void ReduceMotionSetting::watch(QDBusConnection bus) {
+  bus_ = std::move(bus);
   if (!bus_.isConnected()) return;
   // Qt's bus library knows this type only once something has used it, and until then connects no
   // slot that takes it.

@@ -4,7 +4,6 @@
 #include "KestrowCore/Subscription.hpp"
 
 #include <QDBusConnection>
-#include <QDBusServiceWatcher>
 #include <QDBusVariant>
 #include <QObject>
 #include <QString>
@@ -21,7 +20,8 @@ class ReduceMotionSetting final : public QObject {
   Q_OBJECT
 
  public:
-  explicit ReduceMotionSetting(QDBusConnection bus);
+  // Begins to listen.
+  void watch(QDBusConnection bus);
 
   bool isOn() const { return isOn_; }
   Signal changed;
@@ -36,8 +36,7 @@ class ReduceMotionSetting final : public QObject {
   void forget();
   void decide();
 
-  QDBusConnection bus_;
-  QDBusServiceWatcher portal_;
+  QDBusConnection bus_{QString()};
   std::map<Key, QVariant> values_;
   bool isOn_ = false;
 };

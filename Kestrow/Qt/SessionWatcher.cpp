@@ -23,23 +23,23 @@ QString session() {
 
 }  // namespace
 
-SessionWatcher::SessionWatcher(QDBusConnection sessionBus, QDBusConnection systemBus)
-    : systemBus_(std::move(systemBus)) {
+SessionWatcher::~SessionWatcher() {
+  if (blankEvent_ != 0) qApp->removeNativeEventFilter(this);
+}
+
+void SessionWatcher::watch(QDBusConnection sessionBus, QDBusConnection systemBus) {
   for (const auto* screenSaver : {"org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver"}) {
     sessionBus.connect(QString(), QString(), QString::fromLatin1(screenSaver),
                        QStringLiteral("ActiveChanged"), this, SLOT(screenSaverChanged(bool)));
   }
   watchDisplay();
+  systemBus_ = std::move(systemBus);
   if (!systemBus_.isConnected()) return;
   // Of every session: which one is ours the login service knows, and is asked below.
   systemBus_.connect(QString(), QString(), properties(), QStringLiteral("PropertiesChanged"),
                      {session()}, QString(), this,
                      SLOT(sessionChanged(QString, QVariantMap, QStringList)));
   readLock();
-}
-
-SessionWatcher::~SessionWatcher() {
-  if (blankEvent_ != 0) qApp->removeNativeEventFilter(this);
 }
 
 void SessionWatcher::sessionChanged(const QString& /*interface*/, const QVariantMap& /*values*/,
@@ -75,7 +75,7 @@ void SessionWatcher::watchDisplay() {
   const auto cookie = xcb_screensaver_query_info(x, x11::root());
   const x11::Reply<xcb_screensaver_query_info_reply_t> now(
       xcb_screensaver_query_info_reply(x, cookie, nullptr));
-  isBlanked_ = now && now->state == XCB_SCREENSAVER_STATE_ON;
+  set(isBlanked_, now && now->state == XCB_SCREENSAVER_STATE_ON);
 }
 
 bool SessionWatcher::nativeEventFilter(const QByteArray& type, void* message, qintptr* /*result*/) {

@@ -21,10 +21,13 @@ class SessionWatcher final : public QObject, public QAbstractNativeEventFilter {
   Q_OBJECT
 
  public:
-  SessionWatcher(QDBusConnection sessionBus, QDBusConnection systemBus);
+  SessionWatcher() = default;
   SessionWatcher(const SessionWatcher&) = delete;
   SessionWatcher& operator=(const SessionWatcher&) = delete;
   ~SessionWatcher() override;
+
+  // Begins to listen.
+  void watch(QDBusConnection sessionBus, QDBusConnection systemBus);
 
   bool isSeen() const { return !isLocked_ && !isSaved_ && !isBlanked_; }
   Signal changed;
@@ -41,7 +44,7 @@ class SessionWatcher final : public QObject, public QAbstractNativeEventFilter {
   void watchDisplay();
   void set(bool& field, bool value);
 
-  QDBusConnection systemBus_;
+  QDBusConnection systemBus_{QString()};
   bool isLocked_ = false;
   bool isSaved_ = false;    // as the desktop's screen saver says
   bool isBlanked_ = false;  // as the X display says

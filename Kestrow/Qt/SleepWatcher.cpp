@@ -18,7 +18,6 @@ SleepWatcher::SleepWatcher() {
   retry_.setSingleShot(true);
   retry_.setInterval(std::chrono::seconds(5));
   connect(&retry_, &QTimer::timeout, this, &SleepWatcher::connectToBus);
-  connectToBus();
 }
 
 SleepWatcher::~SleepWatcher() {

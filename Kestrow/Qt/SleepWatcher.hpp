@@ -17,6 +17,9 @@ class SleepWatcher final : public QObject {
   SleepWatcher();
   ~SleepWatcher() override;
 
+  // Begins to listen.
+  void watch() { connectToBus(); }
+
   Signal willSleep;
   Signal didWake;
 

@@ -4,6 +4,7 @@
 #include "Tests/Support/UrlSessionFixture.hpp"
 
 #include <dlfcn.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <malloc.h>
 #include <netdb.h>
@@ -17,6 +18,7 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <vector>
 
 namespace kestrow {
 namespace {
@@ -85,6 +87,50 @@ TEST_F(UrlSessionOnItsSystem, HasNoThreadBeforeTheFirstRequestAndOneForAll) {
   endSession();
   // The system lists a thread for a moment after it has been joined.
   while (!threadsSince(before).empty()) std::this_thread::yield();
+}
+
+TEST_F(UrlSessionOnItsSystem, HoldsRequestsAndItsThreadBackUntilItIsToldToStart) {
+  const auto before = threads();
+  session().hold();
+  std::vector<std::string> ends;
+  TaskScope scope;
+  for (int i = 0; i < 2; ++i) scope.start(appendBody(session().send({.url = "nonsense://"}), ends));
+  loop().runUntil([&] { return !ends.empty(); }, Seconds(0.1));
+  EXPECT_TRUE(ends.empty());
+  EXPECT_TRUE(threadsSince(before).empty());
+
+  session().release();
+  loop().runUntil([&] { return ends.size() == 2; }, patience);
+  EXPECT_EQ(ends.size(), 2U);
+  session().release();
+  EXPECT_FALSE(fetch("nonsense://").has_value());
+  EXPECT_EQ(threadsSince(before).size(), 1U);
+}
+
+TEST_F(UrlSessionOnItsSystem, RequestsThatWereHeldBackEndWithTheSession) {
+  session().hold();
+  std::vector<std::string> ends;
+  TaskScope scope;
+  scope.start(appendBody(session().send({.url = "http://127.0.0.1/"}), ends));
+  endSession();
+  loop().runUntil([&] { return !ends.empty(); }, patience);
+  EXPECT_EQ(ends, std::vector<std::string>{"The session has ended"});
+}
+
+TEST_F(UrlSessionOnItsSystem, WithoutItsLibraryEveryRequestFailsAndSaysWhy) {
+  renewSession({.libraryFile = "libcurl-that-is-not-there.so"});
+  for (int i = 0; i < 2; ++i) {
+    const Result result = fetch("http://127.0.0.1/");
+    ASSERT_FALSE(result.has_value());
+    EXPECT_THAT(result.error().description, testing::HasSubstr("libcurl-that-is-not-there.so"));
+  }
+}
+
+TEST_F(UrlSessionOnItsSystem, ALibraryThatLacksAFunctionIsNone) {
+  renewSession({.libraryFile = "libdl.so.2"});
+  const Result result = fetch("http://127.0.0.1/");
+  ASSERT_FALSE(result.has_value());
+  EXPECT_THAT(result.error().description, testing::StartsWith("libcurl lacks curl_"));
 }
 
 TEST_F(UrlSessionOnItsSystem, SleepsWhileThereIsNothingToDo) {

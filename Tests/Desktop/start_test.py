@@ -1,6 +1,7 @@
 """The program starts, and the pill is there."""
 import os
 import socket
+from pathlib import Path
 
 from harness.picture import is_amber, is_dark
 from harness.processes import wait_until
@@ -37,6 +38,18 @@ class Start(DesktopTest):
     def shown(session, window):
         picture = session.picture().part(*session.frame(window))
         return picture if picture.count(is_amber) > 20 else None
+
+    def test_without_libcurl_the_pill_is_there_all_the_same(self):
+        session = self.open_session()
+        libraries = session.folder / "libraries"
+        libraries.mkdir()
+        (libraries / "libcurl.so.4").touch()  # found before the real one, and no library
+        program = session.start_program(LD_LIBRARY_PATH=str(libraries))
+        session.pill()
+        session.wake_for_news()
+        session.pill()
+        self.assertIsNone(program.poll())
+        self.assertNotIn("libcurl", Path(f"/proc/{program.pid}/maps").read_text())
 
     def test_writes_one_line_to_the_system_log(self):
         log = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)

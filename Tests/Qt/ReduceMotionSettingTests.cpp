@@ -70,7 +70,8 @@ class ReduceMotionSettingTest : public testing::Test {
 
   ReduceMotionSetting& setting() {
     if (!setting_) {
-      setting_ = std::make_unique<ReduceMotionSetting>(bus_.connection(QStringLiteral("kestrow")));
+      setting_ = std::make_unique<ReduceMotionSetting>();
+      setting_->watch(bus_.connection(QStringLiteral("kestrow")));
     }
     return *setting_;
   }
@@ -85,7 +86,9 @@ class ReduceMotionSettingTest : public testing::Test {
 };
 
 TEST_F(ReduceMotionSettingTest, IsOffWithoutABusAndWithoutAPortal) {
-  EXPECT_FALSE(ReduceMotionSetting(QDBusConnection(QStringLiteral("none"))).isOn());
+  ReduceMotionSetting withoutBus;
+  withoutBus.watch(QDBusConnection(QStringLiteral("none")));
+  EXPECT_FALSE(withoutBus.isOn());
   EXPECT_FALSE(setting().isOn());
 }
 

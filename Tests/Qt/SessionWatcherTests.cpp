@@ -51,12 +51,15 @@ class SessionWatcherTest : public testing::Test {
 
 TEST_F(SessionWatcherTest, WithoutBusesTheScreenCountsAsSeen) {
   const QDBusConnection none(QStringLiteral("none"));
-  EXPECT_TRUE(SessionWatcher(none, none).isSeen());
+  SessionWatcher watcher;
+  watcher.watch(none, none);
+  EXPECT_TRUE(watcher.isSeen());
 }
 
 TEST_F(SessionWatcherTest, NobodySeesALockedSession) {
   FakeLogin login(desktop_, false);
-  const SessionWatcher watcher(kestrow_, kestrow_);
+  SessionWatcher watcher;
+  watcher.watch(kestrow_, kestrow_);
   EXPECT_TRUE(watcher.isSeen());
   login.lock(true);
   EXPECT_TRUE(eventually([&] { return !watcher.isSeen(); }));
@@ -66,15 +69,17 @@ TEST_F(SessionWatcherTest, NobodySeesALockedSession) {
 
 TEST_F(SessionWatcherTest, ASessionThatIsLockedAtTheStartIsNoticed) {
   const FakeLogin login(desktop_, true);
-  SessionWatcher watcher(kestrow_, kestrow_);
+  SessionWatcher watcher;
   int changes = 0;
   const auto subscription = watcher.changed.subscribe([&] { ++changes; });
+  watcher.watch(kestrow_, kestrow_);
   EXPECT_TRUE(eventually([&] { return !watcher.isSeen(); }));
   EXPECT_EQ(changes, 1);
 }
 
 TEST_F(SessionWatcherTest, NobodySeesABlankedScreen) {
-  const SessionWatcher watcher(kestrow_, kestrow_);
+  SessionWatcher watcher;
+  watcher.watch(kestrow_, kestrow_);
   // The bus answers in order: by then it knows of the watcher.
   EXPECT_TRUE(kestrow_.interface()->isServiceRegistered(kestrow_.baseService()));
   for (const auto* screenSaver : {"org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver"}) {
