@@ -50,9 +50,9 @@ class UrlSession::Network {
     if (thread_.joinable()) thread_.join();
   }
 
-  // Starts the thread. Orders may come before.
+  // Starts the thread, unless it runs. Orders may come before.
   void open() {
-    thread_ = std::thread([this] { run(); });
+    if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
   }
 
   void start(Transfer::Id id, HttpRequest request) { give(Start{id, std::move(request)}); }
@@ -78,8 +78,8 @@ class UrlSession::Network {
     if (!curl_) refuseOrders();
   }
 
-  // False when there is no network to be had. On the network thread, since it takes the library
-  // longer than the main thread has before the first picture.
+  // False when there is no network to be had. On the network thread, for loading the library would
+  // keep the main thread from its windows.
   bool setUp() {
     auto curl = Curl::load(options_.libraryFile);
     Multi multi(curl ? curl->multiInit() : nullptr, curl ? curl->multiCleanup : nullptr);

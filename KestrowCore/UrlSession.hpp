@@ -45,8 +45,8 @@ class UrlSession {
   // without sending when the URL or a header holds characters that don't belong there.
   Task<std::expected<HttpResponse, TransportError>> send(HttpRequest request);
 
-  // Before the first request: from here on requests wait, and the network thread with them, until
-  // they are released. Loading libcurl beside a main thread that starts a program slows both.
+  // Called before the first request, keeps requests, and the network thread, waiting until
+  // release(). Loading libcurl beside a main thread that starts a program slows both.
   void hold();
   void release();
 

@@ -9,11 +9,11 @@
 namespace kestrow {
 
 // The functions of libcurl that a session uses. The linker is not told of them: libcurl brings two
-// dozen libraries, and with them the system would take half as long again to begin the program,
-// ahead of its first picture.
+// dozen libraries, which the system would load before the program begins, and so before its first
+// picture.
 struct Curl {
-  // Loads the library and sets it up, for good. An empty file means the system's. Fails with words
-  // for people. Any thread.
+  // Loads the library and sets it up, for good. An empty file means the system's. Fails with
+  // the reason. Any thread.
   static std::expected<Curl, std::string> load(const std::string& file);
 
   decltype(&curl_easy_cleanup) easyCleanup;

@@ -30,7 +30,7 @@ class QtDesktop final : public Desktop {
 
   // Calls the action once the pill's first picture is on its way to the screen, or soon where no
   // pill is painted, and then begins to watch the session, the desktop's settings and the machine's
-  // sleep: connecting to the buses takes a sixteenth of the start. Once.
+  // sleep: connecting to the system's bus takes a sixteenth of the start. To be called once.
   void afterFirstPicture(std::function<void()> action);
 
   std::vector<Screen> screens() const override;

@@ -107,6 +107,21 @@ TEST_F(UrlSessionOnItsSystem, HoldsRequestsAndItsThreadBackUntilItIsToldToStart)
   EXPECT_EQ(threadsSince(before).size(), 1U);
 }
 
+TEST_F(UrlSessionOnItsSystem, ARequestThatIsCancelledWhileItIsHeldBackIsNotSent) {
+  const RawHttpServer server(answering(httpAnswer("x")));
+  session().hold();
+  std::vector<std::string> bodies;
+  {
+    TaskScope scope;
+    scope.start(appendBody(session().send({.url = server.url("/cancelled")}), bodies));
+  }
+  session().release();
+  EXPECT_TRUE(fetch(server.url("/wanted")).has_value());
+  ASSERT_EQ(server.requests().size(), 1U);
+  EXPECT_THAT(server.requests()[0], testing::StartsWith("GET /wanted "));
+  EXPECT_TRUE(bodies.empty());
+}
+
 TEST_F(UrlSessionOnItsSystem, RequestsThatWereHeldBackEndWithTheSession) {
   session().hold();
   std::vector<std::string> ends;

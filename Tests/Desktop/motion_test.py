@@ -49,6 +49,15 @@ class Motion(PillTest):
         self.session.run("xset", "s", "reset")
         wait_until(self.moves, "the pulse again")
 
+    def test_stands_still_from_the_start_where_the_screen_is_off(self):
+        self.session.processes.stop(self.session.program)
+        self.session.run("xset", "s", "activate")
+        self.session.start_program()
+        self.session.pill("145/3")
+        wait_until(self.is_still, "the unseen dot to stand still")
+        self.session.run("xset", "s", "reset")
+        wait_until(self.moves, "the pulse")
+
     def test_stands_still_while_the_session_is_locked(self):
         self.session.lock(True)
         wait_until(self.is_still, "the unseen dot to stand still")

@@ -46,13 +46,13 @@ class QtDesktopTest : public testing::Test {
 
 TEST_F(QtDesktopTest, WhatComesAfterTheFirstPictureComesOnceItIsPainted) {
   showPill();
+  desktop_.afterFirstPicture([&] { ++calls_; });
   int paintings = 0;
   auto& window = dynamic_cast<QtPillWindow&>(*pill_);
   const auto subscription = window.firstPainted.subscribe([&] {
     ++paintings;
     EXPECT_EQ(calls_, 0);  // the picture is not sent yet
   });
-  desktop_.afterFirstPicture([&] { ++calls_; });
   EXPECT_TRUE(eventually([&] { return paintings == 1; }));
   QCoreApplication::processEvents();
   EXPECT_EQ(calls_, 1);
