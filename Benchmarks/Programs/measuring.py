@@ -38,14 +38,25 @@ class Screen:
         start = self._start + (y * WIDTH + WIDTH // 2 - 60) * 4
         return self._map[start:start + 480]
 
-    def wait_for_change(self, before, what):
+    def wait_for_change(self, before, what, y=12):
         """Looks every tenth of a millisecond until the row is another; gives the time of that."""
         started = time.monotonic()
-        while self.row() == before:
+        while self.row(y) == before:
             if time.monotonic() - started > 20:
                 raise SystemExit(f"{what} shows nothing new")
             time.sleep(0.0001)  # which lets a service in this process answer
         return time.monotonic()
+
+    def wait_for_picture(self, before, what, y=12):
+        """The time of the last change before some milliseconds without one: a window is on the screen,
+        and empty, a moment before its picture is."""
+        changed = self.wait_for_change(before, what, y)
+        seen = self.row(y)
+        while time.monotonic() - changed < 0.005:
+            if self.row(y) != seen:
+                seen, changed = self.row(y), time.monotonic()
+            time.sleep(0.0001)
+        return changed
 
 
 def tree(pid):

@@ -43,13 +43,15 @@ def answers(session, screen, scores):
     return found
 
 
-def openings(session):
+def openings(session, screen):
     """Megabytes more after the first opening, and after all of them."""
     closed = len(session.windows())
+    across_the_panel = 300
 
     def one():
+        empty = screen.row(across_the_panel)
         session.pointer(640, 12, 1)
-        wait_until(lambda: len(session.windows()) > closed, "the panel")
+        screen.wait_for_picture(empty, "the panel", across_the_panel)
         session.pointer(640, 12, 1)
         wait_until(lambda: len(session.windows()) == closed, "the panel to close")
 
@@ -81,7 +83,7 @@ def main():
         times = middle(answers(session, screen, scores))
         print(f"- from the sending of an answer to the changed pixel: {times} ms")
         settle(session.program.pid)
-        first, all_of_them = openings(session)
+        first, all_of_them = openings(session, screen)
         for kind, once in first.items():
             # PSS changes with what else runs on the machine and shares the libraries: no budget.
             budget = "" if kind.startswith("PSS") else (

@@ -21,7 +21,7 @@ def measure(session, screen, command):
     before = screen.row()
     started = time.monotonic()
     process = session.processes.start("measured", [str(part) for part in command], session.environment)
-    painted = screen.wait_for_change(before, command[0]) - started
+    painted = screen.wait_for_picture(before, command[0]) - started
     time.sleep(2)
     values = {"first paint, ms": painted * 1000, **memory(process.pid)}
     pids = tree(process.pid)
