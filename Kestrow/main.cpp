@@ -37,6 +37,9 @@ int main(int argumentCount, char** arguments) {
                         .loginService = std::make_unique<XdgAutostart>(program),
                         .launchAgent = nullptr});
   delegate.applicationDidFinishLaunching();
-  desktop.afterFirstPicture([&session] { session->release(); });
+  desktop.afterFirstPicture([&session, &desktop] {
+    session->release();
+    desktop.watch();
+  });
   return QApplication::exec();
 }

@@ -31,13 +31,16 @@ void QtDesktop::afterFirstPicture(std::function<void()> action) {
   QObject::connect(&begin_, &QTimer::timeout, [this, action = std::move(action)] {
     firstPainted_ = {};
     action();
-    session_.watch(QDBusConnection::sessionBus(), QDBusConnection::systemBus());
-    motion_.watch(QDBusConnection::sessionBus());
-    sleep_.watch();
   });
   begin_.start(pill_ && pill_->isVisible() ? longest : std::chrono::seconds(0));
   // The picture is sent when painting it is over.
   if (pill_) firstPainted_ = pill_->firstPainted.subscribe([this] { begin_.start(0); });
+}
+
+void QtDesktop::watch() {
+  session_.watch(QDBusConnection::sessionBus(), QDBusConnection::systemBus());
+  motion_.watch(QDBusConnection::sessionBus());
+  sleep_.watch();
 }
 
 std::vector<Screen> QtDesktop::screens() const {

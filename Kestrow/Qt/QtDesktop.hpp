@@ -28,10 +28,14 @@ class QtDesktop final : public Desktop {
   explicit QtDesktop(SingleInstance& instance);
   ~QtDesktop() override;
 
-  // Calls the action once the pill's first picture is on its way to the screen, or soon where no
-  // pill is painted, and then begins to watch the session, the desktop's settings and the machine's
-  // sleep: connecting to the system's bus takes a sixteenth of the start. To be called once.
+  // Calls the action when the pill's first picture is on its way to the screen, or soon where no
+  // pill is painted. To be asked for once.
   void afterFirstPicture(std::function<void()> action);
+
+  // Begins to watch the session, the desktop's settings and the machine's sleep: until then the
+  // screen counts as seen, and motion as wanted. Connecting to the system's bus for it takes a
+  // sixteenth of the start.
+  void watch();
 
   std::vector<Screen> screens() const override;
   std::optional<Screen> mainScreen() const override { return ScreenWatcher::mainScreen(); }

@@ -25,12 +25,6 @@ class Client final : public PillSurfaceClient {
 
 class QtDesktopTest : public testing::Test {
  protected:
-  // No bus is started for the test's sake.
-  static void SetUpTestSuite() {
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
-    qputenv("DBUS_SYSTEM_BUS_ADDRESS", "disabled:");
-  }
-
   void showPill() {
     pill_ = desktop_.makePillSurface(client_);
     pill_->setFrame({100, 500, 200, 24}, Seconds::zero());
